@@ -135,8 +135,9 @@ class TFormReader {
         Fail(Format(MsgFormReference, Property.Name, Value));
       }
     } else {
+      const std::string text = IsQuotedType(Property) ? Unquoted(Value) : std::string(Value);
       try {
-        Property.Set(Object, IsQuotedType(Property) ? Unquoted(Value) : std::string(Value));
+        Property.Set(Object, text);
       } catch (const EConvertError& error) {
         Fail(error.what());
       }
@@ -149,6 +150,7 @@ class TFormReader {
     List.Clear();
     while (!last) {
       std::string_view line = NextLine();
+      if (line == ")") return;
       last = line.back() == ')';
       if (last) line.remove_suffix(1);
       List.Add(Unquoted(line));
