@@ -37,7 +37,6 @@ const ValueCase ValueCases[] = {
     {"Tints",      "[stblue, stRed]", "[stRed,stBlue]"                                    },
     {"Tints",      "[stRed,]",        "[stRed]"                                           },
     {"Tints",      "stRed",           "!a set in brackets of stRed, stGreen, stBlue"      },
-    {"Tints",      "[stPink]",        "!one of stRed, stGreen, stBlue"                    },
     {"Ink",        "#102030",         "$00302010"                                         },
     {"Ink",        "clred",           "clRed"                                             },
     {"Ink",        "pale",            "!a colour as $00BBGGRR, #RRGGBB or a standard name"},

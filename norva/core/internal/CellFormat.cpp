@@ -1,0 +1,179 @@
+#include <norva/core/internal/CellFormat.h>
+
+#include <algorithm>
+#include <cctype>
+
+#include <norva/platform/DateTime.h>
+#include <norva/platform/Numbers.h>
+
+namespace norva::internal {
+namespace {
+
+/// The value's own text; kept in `Buffer` unless it is a text already.
+std::string_view OwnText(const TFieldValue& Value, TFieldType Type, const TFormatSettings& Settings,
+                         std::string& Buffer) {
+  if (Value.Kind == vkText) return Value.Text;
+  AppendFieldText(Value, Type, Settings, Buffer);
+  return Buffer;
+}
+
+/// A decimal separator that no number text contains otherwise.
+bool TextKeepsNumbers(const TFormatSettings& Settings) {
+  return Settings.DecimalSeparator == '.' || Settings.DecimalSeparator == ',';
+}
+
+void AppendInteger(const TNorvaColumn& Column, const TFieldValue& Value, TFieldType Type,
+                   const TFormatSettings& Settings, std::string& Out) {
+  std::int64_t number = Value.Integer;
+  if (Value.Kind != vkInteger) {
+    std::string buffer;
+    number = StrToInt64Def(OwnText(Value, Type, Settings, buffer), 0);
+  }
+  Column.NumberPicture().Append(number, Settings, Out);
+}
+
+void AppendFloat(const TNorvaColumn& Column, const TFieldValue& Value, TFieldType Type,
+                 const TFormatSettings& Settings, std::string& Out) {
+  double number = 0;
+  if (Value.Kind == vkFloat && TextKeepsNumbers(Settings)) {
+    number = Value.Float;  // its text is the shortest that reads back to the same double
+  } else if (Value.Kind == vkInteger) {
+    number = static_cast<double>(Value.Integer);  // the nearest double, as reading the text gives
+  } else {
+    std::string buffer;
+    number = StrToFloat(OwnText(Value, Type, Settings, buffer));
+  }
+  Column.NumberPicture().Append(number, Settings, Out);
+}
+
+void AppendMoment(const TNorvaColumn& Column, const TFieldValue& Value, TFieldType Type,
+                  const TFormatSettings& Settings, std::string& Out) {
+  const TDatePicture& picture = Column.DatePicture();
+  if (Value.Kind != vkDateTime || !TextKeepsDateTime(Type, Settings)) {
+    std::string buffer;
+    picture.Append(StrToDateTime(OwnText(Value, Type, Settings, buffer)), Settings, Out);
+    return;
+  }
+  // What the text would lose is dropped here too: fractions of a second, the time of a date, the
+  // day of a time.
+  std::int32_t day = 0;
+  TDateTimeParts parts = DecodeDateTime(Value.Float, day);
+  parts.Millisecond = 0;
+  if (Type == ftDate) parts.Hour = parts.Minute = parts.Second = 0;
+  if (Type == ftTime) {
+    const TDateTimeParts dayZero;
+    parts.Year = dayZero.Year;
+    parts.Month = dayZero.Month;
+    parts.Day = dayZero.Day;
+    day = 0;
+  }
+  picture.Append(parts, day, Settings, Out);
+}
+
+/// Reads a picture run by run.
+class TRuns {
+ public:
+  explicit TRuns(std::string_view Picture) : Rest_(Picture) {}
+  bool AtEnd() const { return Rest_.empty(); }
+  /// Length of the run of `Letter`, in either case, that stands here; it is consumed.
+  std::size_t Run(char Letter) {
+    std::size_t length = 0;
+    while (length < Rest_.size() &&
+           std::tolower(static_cast<unsigned char>(Rest_[length])) == Letter)
+      ++length;
+    Rest_.remove_prefix(length);
+    return length;
+  }
+  bool Take(std::string_view Text) {
+    if (Rest_.size() < Text.size()) return false;
+    const bool same = std::equal(Text.begin(), Text.end(), Rest_.begin(), [](char a, char b) {
+      return a == std::tolower(static_cast<unsigned char>(b));
+    });
+    if (same) Rest_.remove_prefix(Text.size());
+    return same;
+  }
+  bool TakeChar(char C) {
+    if (Rest_.empty() || Rest_.front() != C) return false;
+    Rest_.remove_prefix(1);
+    return true;
+  }
+  char Next() const {
+    return Rest_.empty() ? '\0'
+                         : static_cast<char>(std::tolower(static_cast<unsigned char>(Rest_[0])));
+  }
+
+ private:
+  std::string_view Rest_;
+};
+
+/// Day, month and year in numbers, the year in full, each once, with separators between.
+bool KeepsDate(const TFormatSettings& Settings) {
+  const char separator = Settings.DateSeparator;
+  if (separator != '-' && separator != '/' && separator != '.') return false;
+  TRuns runs(Settings.ShortDateFormat);
+  std::string seen;
+  for (int i = 0; i < 3; ++i) {
+    if (i > 0 && !runs.TakeChar('/') && !runs.TakeChar(separator)) return false;
+    const char letter = runs.Next();
+    const std::size_t length = runs.Run(letter);
+    const bool plain =
+        letter == 'y' ? length >= 3 : (letter == 'd' || letter == 'm') && length <= 2;
+    if (!plain || seen.find(letter) != std::string::npos) return false;
+    seen += letter;
+  }
+  return runs.AtEnd();
+}
+
+/// Hour, minute and second with separators between, then a half of the day or nothing.
+bool KeepsTime(const TFormatSettings& Settings) {
+  const char mark = Settings.TimeSeparator;
+  if ((mark != ':' && mark != '.') || mark == Settings.DateSeparator) return false;
+  TRuns runs(Settings.LongTimeFormat);
+  const auto separator = [&] { return runs.TakeChar(':') || runs.TakeChar(mark); };
+  if (runs.Run('h') == 0 || !separator()) return false;
+  const std::size_t minutes = runs.Run('m');
+  if (minutes > 2 || (minutes == 0 && runs.Run('n') == 0)) return false;
+  if (!separator() || runs.Run('s') == 0) return false;
+  return runs.AtEnd() || (runs.Take(" am/pm") && runs.AtEnd());
+}
+
+}  // namespace
+
+bool TextKeepsDateTime(TFieldType Type, const TFormatSettings& Settings) {
+  // Asked for every cell, while the settings hardly ever change: the last answer is kept.
+  struct TAnswer {
+    std::string ShortDateFormat, LongTimeFormat;
+    char DateSeparator = '\0', TimeSeparator = '\0';
+    bool Date = false, Time = false;
+  };
+  static thread_local TAnswer last;
+  if (last.ShortDateFormat != Settings.ShortDateFormat ||
+      last.LongTimeFormat != Settings.LongTimeFormat ||
+      last.DateSeparator != Settings.DateSeparator ||
+      last.TimeSeparator != Settings.TimeSeparator) {
+    last = {Settings.ShortDateFormat, Settings.LongTimeFormat, Settings.DateSeparator,
+            Settings.TimeSeparator,   KeepsDate(Settings),     KeepsTime(Settings)};
+  }
+  return (Type == ftTime || last.Date) && (Type == ftDate || last.Time);
+}
+
+void AppendCell(const TNorvaColumn& Column, const TFieldValue& Value, TFieldType Type,
+                const TFormatSettings& Settings, std::string& Out) {
+  switch (Column.ColType) {
+    case ectInteger:
+      return AppendInteger(Column, Value, Type, Settings, Out);
+    case ectFloat:
+    case ectCurrency:
+      return AppendFloat(Column, Value, Type, Settings, Out);
+    case ectDate:
+    case ectTime:
+    case ectDateTime:
+      return AppendMoment(Column, Value, Type, Settings, Out);
+    case ectString:
+    case ectBoolean:
+    case ectUnknown:
+      return AppendFieldText(Value, Type, Settings, Out);
+  }
+}
+
+}  // namespace norva::internal

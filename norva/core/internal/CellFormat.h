@@ -1,0 +1,23 @@
+/// Formats one cell by its column's type and picture.
+#pragma once
+
+#include <string>
+
+#include <norva/core/NorvaColumns.h>
+#include <norva/platform/DataSet.h>
+#include <norva/platform/Locale.h>
+
+namespace norva::internal {
+
+/// Appends the formatted text of a value. For a number, date or time column it is defined by way of
+/// the value's own text: that text is parsed and the result put through the picture. A value that
+/// comes typed takes a shortcut where this gives the same bytes. Throws EConvertError for a text
+/// that is no such value; text that is no integer counts as 0. Other columns show the own text.
+void AppendCell(const TNorvaColumn& Column, const TFieldValue& Value, TFieldType Type,
+                    const TFormatSettings& Settings, std::string& Out);
+
+/// Whether a date or time of field type `Type`, written as text by `Settings`, is read back as the
+/// same moment, to the second.
+bool TextKeepsDateTime(TFieldType Type, const TFormatSettings& Settings);
+
+}  // namespace norva::internal
