@@ -29,11 +29,20 @@ inline std::string Unescape(std::string_view Field) {
       continue;
     }
     switch (Field[++i]) {
-      case 't': text += '\t'; break;
-      case 'n': text += '\n'; break;
-      case 'r': text += '\r'; break;
-      case '\\': text += '\\'; break;
-      default: text += '\\', text += Field[i];
+      case 't':
+        text += '\t';
+        break;
+      case 'n':
+        text += '\n';
+        break;
+      case 'r':
+        text += '\r';
+        break;
+      case '\\':
+        text += '\\';
+        break;
+      default:
+        text += '\\', text += Field[i];
     }
   }
   return text;

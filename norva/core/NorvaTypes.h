@@ -37,9 +37,9 @@ enum TNorvaColType : std::uint8_t {
   ectBoolean,
   ectUnknown,
 };
-inline constexpr std::string_view TNorvaColTypeNames[] = {
-    "ectInteger",  "ectFloat",  "ectCurrency", "ectDate",   "ectTime",
-    "ectDateTime", "ectString", "ectBoolean",  "ectUnknown"};
+inline constexpr std::string_view TNorvaColTypeNames[] = {"ectInteger", "ectFloat",   "ectCurrency",
+                                                          "ectDate",    "ectTime",    "ectDateTime",
+                                                          "ectString",  "ectBoolean", "ectUnknown"};
 constexpr TEnumInfo EnumInfo(TNorvaColType) { return {"TNorvaColType", TNorvaColTypeNames}; }
 
 enum TNorvaColAlign : std::uint8_t { ecaLeft, ecaCenter, ecaRight };
@@ -65,10 +65,9 @@ using TExportedRecordEvent = std::function<void(TObject& Sender, std::int32_t Re
 using TGetExportTextEvent =
     std::function<void(TObject& Sender, std::int32_t ColNo, std::string& Text)>;
 /// `Value` is the formatted cell text; alignment, font and background may be changed.
-using TGetCellParamsEvent =
-    std::function<void(TObject& Sender, std::int32_t RecNo, std::int32_t ColNo,
-                       const std::string& Value, TNorvaColAlign& Align, TFont& AFont,
-                       TColor& Background)>;
+using TGetCellParamsEvent = std::function<void(
+    TObject& Sender, std::int32_t RecNo, std::int32_t ColNo, const std::string& Value,
+    TNorvaColAlign& Align, TFont& AFont, TColor& Background)>;
 /// `CanContinue` is false when the export was aborted; setting it true lets it go on.
 using TNorvaStopEvent = std::function<void(TObject& Sender, bool& CanContinue)>;
 

@@ -2,8 +2,9 @@
 ///
 /// Beside each enumeration stands
 ///
-///   inline constexpr std::string_view TNorvaColAlignNames[] = {"ecaLeft", "ecaCenter", "ecaRight"};
-///   constexpr TEnumInfo EnumInfo(TNorvaColAlign) { return {"TNorvaColAlign", TNorvaColAlignNames}; }
+///   inline constexpr std::string_view TNorvaColAlignNames[] = {"ecaLeft", "ecaCenter",
+///   "ecaRight"}; constexpr TEnumInfo EnumInfo(TNorvaColAlign) { return {"TNorvaColAlign",
+///   TNorvaColAlignNames}; }
 ///
 /// The names are in the order of the values, which run from 0 without a gap.
 #pragma once

@@ -14,7 +14,7 @@ namespace norva::internal {
 /// comes typed takes a shortcut where this gives the same bytes. Throws EConvertError for a text
 /// that is no such value; text that is no integer counts as 0. Other columns show the own text.
 void AppendCell(const TNorvaColumn& Column, const TFieldValue& Value, TFieldType Type,
-                    const TFormatSettings& Settings, std::string& Out);
+                const TFormatSettings& Settings, std::string& Out);
 
 /// Whether a date or time of field type `Type`, written as text by `Settings`, is read back as the
 /// same moment, to the second.

@@ -150,7 +150,7 @@ struct TRangeValue<std::chrono::time_point<TClock, TDuration>> {
     using std::chrono::days, std::chrono::milliseconds, std::chrono::sys_days;
     const TDuration sinceEpoch = Value.time_since_epoch();
     const sys_days day(std::chrono::floor<days>(sinceEpoch));
-    // Far beyond the calendar (time_point::max() and the like) the difference may overflow.
+    // Far before the calendar (time_point::min() and the like) the difference overflows.
     const bool exists = RangeFirstDay <= day && day <= RangeLastDay;
     const milliseconds time =
         exists ? std::chrono::floor<milliseconds>(sinceEpoch - day.time_since_epoch())

@@ -5,6 +5,7 @@
 ///
 /// Field types come from the declared column types, `Size` from their `(n)`:
 ///
+///   _OR_TEXT                ftString      as in INTEGER_OR_TEXT: texts beside numbers
 ///   BOOL                    ftBoolean     0/1, true/false, t/f, yes/no
 ///   DATETIME TIMESTAMP      ftDateTime    ISO 8601 text, Unix seconds (an integer) or
 ///   DATE                    ftDate          a Julian day (a real)

@@ -229,7 +229,7 @@ TEST_F(TRangeDataSetTest, RefusesValuesThatNoFieldHolds) {
     year_month_day NoDate = 2023y / 2 / 29;
     sys_days TooLate = 10000y / 1 / 1;
     sys_seconds TooEarly = sys_days(1y / 1 / 1) - 1s;
-    sys_seconds Max = sys_seconds::max();
+    sys_seconds Min = sys_seconds::min();
     milliseconds Negative{-1};
     minutes WholeDay{1440};
     std::optional<minutes> MoreThanADay{1441};
@@ -237,7 +237,7 @@ TEST_F(TRangeDataSetTest, RefusesValuesThatNoFieldHolds) {
   const TRecord records[2];
   TRangeDataSet set(records, Column("Large", &TRecord::Large), Column("NoDate", &TRecord::NoDate),
                     Column("TooLate", &TRecord::TooLate), Column("TooEarly", &TRecord::TooEarly),
-                    Column("Max", &TRecord::Max), Column("Negative", &TRecord::Negative),
+                    Column("Min", &TRecord::Min), Column("Negative", &TRecord::Negative),
                     Column("WholeDay", &TRecord::WholeDay),
                     Column("MoreThanADay", &TRecord::MoreThanADay));
   set.Next();
@@ -246,7 +246,7 @@ TEST_F(TRangeDataSetTest, RefusesValuesThatNoFieldHolds) {
       "field \"NoDate\": the date 2023-02-29 does not fit ftDate",
       "field \"TooLate\": day number 2958466 does not fit ftDate",
       "field \"TooEarly\": day number -693594 does not fit ftDateTime",
-      "field \"Max\": day number 106751991192869 does not fit ftDateTime",
+      "field \"Min\": day number -106751991141732 does not fit ftDateTime",
       "field \"Negative\": -0.001 seconds does not fit ftTime",
       "field \"WholeDay\": 86400 seconds does not fit ftTime",
       "field \"MoreThanADay\": 86460 seconds does not fit ftTime",

@@ -266,6 +266,9 @@ struct TTypeRule {
   TFieldType Type;
 };
 constexpr TTypeRule TypeRules[] = {
+  // A column that may hold texts beside numbers, as public databases declare them: only a text
+  // holds every value of it.
+    {"_OR_TEXT",  ftString  },
     {"BOOL",      ftBoolean },
     {"DATETIME",  ftDateTime},
     {"TIMESTAMP", ftDateTime},
