@@ -65,6 +65,7 @@ void TNorva::ExportThrough(TNorvaWriter& Writer) {
 
 void TNorva::DoExport() {
   RecordCounter = 0;
+  FetchedIndex_ = -1;
   CheckExportSource();
   if (!IsActive()) throw Exception(MsgSourceClosed, NorvaSourceAsString(ExportSource));
   if (IsEmpty()) throw Exception(MsgSourceEmpty, NorvaSourceAsString(ExportSource));
@@ -164,7 +165,11 @@ void TNorva::GetColData(int Index, bool NeedFormat, std::string& Text) {
   GetColDataSt(Index, NeedFormat, Text);
 }
 
-bool TNorva::ColIsNull(int Index) { return Source().IsNull(Columns[Index].Number); }
+bool TNorva::ColIsNull(int Index) {
+  // GetColDataSt has read the cell that it asks about already.
+  if (FetchedIndex_ == Index) return FetchedNull_;
+  return Source().IsNull(Columns[Index].Number);
+}
 
 TSpecialCharacters TNorva::GetSpecialCharacters() const { return {}; }
 
@@ -172,10 +177,21 @@ void TNorva::NormalString(std::string_view S, std::string& Text) { Text += S; }
 
 void TNorva::GetColDataSt(int Index, bool NeedFormat, std::string& Text) {
   const std::size_t start = Text.size();
-  if (ColIsNull(Index)) {
-    Text += Formats.NullString;
-  } else {
-    AppendValue(Columns[Index], NeedFormat, Text);
+  const TNorvaColumn& column = Columns[Index];
+  try {
+    const TFieldValue value = Source().Value(column.Number);
+    FetchedNull_ = value.Kind == vkNull;
+    FetchedIndex_ = Index;
+    const bool null = ColIsNull(Index);
+    FetchedIndex_ = -1;
+    if (null) {
+      Text += Formats.NullString;
+    } else {
+      AppendValue(column, value, NeedFormat, Text);
+    }
+  } catch (const EConvertError& error) {
+    throw EConvertError(MsgColumnValue, column.Name, SkipRecCount + RecordCounter + 1,
+                        error.what());
   }
   if (!OnGetExportText) return;
   std::string cell = Text.substr(start);
@@ -183,25 +199,21 @@ void TNorva::GetColDataSt(int Index, bool NeedFormat, std::string& Text) {
   Text.replace(start, std::string::npos, cell);
 }
 
-void TNorva::AppendValue(const TNorvaColumn& Column, bool NeedFormat, std::string& Text) {
-  const internal::TSourceAdapter& source = Source();
-  // On purpose: booleans and unknown types are not put through NormalString, nor is raw text.
-  const bool raw = !NeedFormat || Column.ColType == ectBoolean || Column.ColType == ectUnknown;
-  try {
-    const TFieldValue value = source.Value(Column.Number);
-    if (raw) {
-      AppendFieldText(value, source.FieldType(Column.Number), FormatSettings(), Text);
-    } else if (Column.ColType == ectString && value.Kind == vkText) {
-      NormalString(value.Text, Text);
-    } else {
-      Cell_.clear();
-      internal::AppendCell(Column, value, source.FieldType(Column.Number), FormatSettings(), Cell_);
-      NormalString(Cell_, Text);
-    }
-  } catch (const EConvertError& error) {
-    throw EConvertError(MsgColumnValue, Column.Name, SkipRecCount + RecordCounter + 1,
-                        error.what());
+void TNorva::AppendValue(const TNorvaColumn& Column, const TFieldValue& Value, bool NeedFormat,
+                         std::string& Text) {
+  if (NeedFormat && Column.ColType == ectString && Value.Kind == vkText) {
+    NormalString(Value.Text, Text);
+    return;
   }
+  const TFieldType type = Source().FieldType(Column.Number);
+  // On purpose: booleans and unknown types are not put through NormalString, nor is raw text.
+  if (!NeedFormat || Column.ColType == ectBoolean || Column.ColType == ectUnknown) {
+    AppendFieldText(Value, type, FormatSettings(), Text);
+    return;
+  }
+  Cell_.clear();
+  internal::AppendCell(Column, Value, type, FormatSettings(), Cell_);
+  NormalString(Cell_, Text);
 }
 
 void TNorva::GetCellParams(std::int32_t RecNo, std::int32_t ColNo, const std::string& Value,

@@ -192,13 +192,16 @@ class NORVA_EXPORT TNorva : public TComponent {
 
   internal::TSourceAdapter& Source();
   void WriteRecords();
-  void AppendValue(const TNorvaColumn& Column, bool NeedFormat, std::string& Text);
+  void AppendValue(const TNorvaColumn& Column, const TFieldValue& Value, bool NeedFormat,
+                   std::string& Text);
 
   std::unique_ptr<internal::TSourceAdapter> Source_;
   TNorvaSource SourceKind_ = esDataSet;  // the kind that Source_ was made for
   TNorvaWriter* Writer_ = nullptr;       // not owned; set while an export runs
   std::string Row_;
-  std::string Cell_;  // one formatted value on its way through NormalString
+  int FetchedIndex_ = -1;     // the column whose cell is under way ...
+  bool FetchedNull_ = false;  // ... and whether that is null
+  std::string Cell_;          // one formatted value on its way through NormalString
 };
 
 }  // namespace norva

@@ -104,7 +104,7 @@ class NORVA_EXPORT TField {
 
   /// True for ftBlob, ftMemo, ftGraphic and ftFmtMemo.
   bool IsBlob() const;
-  /// Whether the current record has no value here.
+  /// Whether the current record has no value here; the same as a Value of kind vkNull.
   virtual bool IsNull() const = 0;
   /// The current record's value. Throws EDatabaseError or EConvertError when what is stored does
   /// not fit the field's type.

@@ -237,13 +237,15 @@ void TNorvaASCII::NormalString(std::string_view S, std::string& Text) {
     TNorvaFormatText::NormalString(S, Text);
     return;
   }
-  Text.reserve(Text.size() + S.size() + 2);
-  Text += '"';
-  for (std::size_t quote = S.find('"'); quote != std::string_view::npos; quote = S.find('"')) {
-    Text.append(S.data(), quote + 1).push_back('"');
-    S.remove_prefix(quote + 1);
+  if (S.find('"') == std::string_view::npos) {  // nearly every value: one write, then the text
+    const std::size_t start = Text.size();
+    Text.append(S.size() + 2, '"');
+    S.copy(Text.data() + start + 1, S.size());
+    return;
   }
-  Text.append(S).push_back('"');
+  Text += '"';
+  for (const char c : S) Text.append(c == '"' ? 2 : 1, c);
+  Text += '"';
 }
 
 void TNorvaASCII::EndExport() {
