@@ -70,6 +70,7 @@ TDateTimeParts DecodeDateTime(TDateTime Value, std::int32_t& DayNumber) {
     throw EConvertError(MsgDayOutOfRange, FloatToStr(Value));
   }
   auto day = static_cast<std::int32_t>(Value);  // cuts toward day 0
+  // NOLINTNEXTLINE(bugprone-incorrect-roundings): it is never negative
   auto mSecs = static_cast<int>(std::fabs(Value - day) * MSecsPerDay + 0.5);
   if (mSecs == MSecsPerDay) {
     mSecs = 0;

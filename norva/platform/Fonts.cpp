@@ -3,6 +3,7 @@
 #include <cstddef>
 
 #include <norva/platform/CodePages.h>
+#include <norva/platform/Property.h>
 
 namespace norva {
 
@@ -84,6 +85,17 @@ void TFont::Assign(const TPersistent& Source) {
   } else {
     TPersistent::Assign(Source);
   }
+}
+
+const TPropertyList& TFont::Properties() const {
+  static const TPropertyList list{
+      Published("Name", &TFont::Name, "Arial"),
+      Published("Size", &TFont::Size, 8),
+      Published("Style", &TFont::Style, TFontStyles()),
+      PublishedColor("Color", &TFont::Color, clWindowText),
+      Published("Charset", &TFont::Charset, 1),
+  };
+  return list;
 }
 
 std::int32_t TextWidth(std::string_view Text, const TFont& Font) {

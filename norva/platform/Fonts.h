@@ -41,6 +41,7 @@ class NORVA_EXPORT TFont : public TPersistent {
   /// Copies all properties of another TFont.
   void Assign(const TPersistent& Source) override;
   std::string_view ClassName() const override { return "TFont"; }
+  const TPropertyList& Properties() const override;
 };
 
 /// Width of `Text` in pixels at 96 dots per inch, without kerning. Control characters have none.

@@ -37,38 +37,71 @@ std::string Quoted(std::string_view Text) {
   return out.empty() ? "''" : out;
 }
 
-void SaveProperties(TPersistent& Object, const std::string& Prefix, std::string& Out) {
-  for (const TProperty& property : Object.Properties()) {
-    const std::string path = Prefix + property.Name;
-    switch (property.Kind) {
+/// Writes the stored form of properties, line by line.
+class TFormWriter {
+ public:
+  explicit TFormWriter(std::string& Out) : Out_(Out) {}
+
+  /// `Prefix` is the path to `Object`, with a dot behind each group.
+  void WriteProperties(TPersistent& Object, const std::string& Prefix) {
+    for (const TProperty& property : Object.Properties()) {
+      WriteProperty(Object, property, Prefix + property.Name);
+    }
+  }
+
+ private:
+  void WriteProperty(TPersistent& Object, const TProperty& Property, const std::string& Path) {
+    switch (Property.Kind) {
       case pkValue: {
-        const std::string value = property.Get(Object);
-        if (property.Default && *property.Default == value) break;
-        Out += "  " + path + " = " + (IsQuotedType(property) ? Quoted(value) : value) + "\n";
+        const std::string value = Property.Get(Object);
+        if (Property.IsDefault(value)) break;
+        WriteLine(Path + " = " + (IsQuotedType(Property) ? Quoted(value) : value));
         break;
       }
-      case pkList: {
-        Out += "  " + path + " = (";
-        for (const std::string& line : static_cast<TStringList&>(property.Object(Object))) {
-          Out += "\n    " + Quoted(line);
-        }
-        Out += ")\n";
+      case pkList:
+        WriteList(static_cast<TStringList&>(Property.Object(Object)), Path);
         break;
-      }
       case pkGroup:
-        SaveProperties(property.Object(Object), path + ".", Out);
+        WriteProperties(Property.Object(Object), Path + ".");
+        break;
+      case pkCollection:
+        WriteCollection(static_cast<TCollection&>(Property.Object(Object)), Path);
         break;
       case pkReference:
-        if (const TComponent* target = property.GetReference(Object);
+        if (const TComponent* target = Property.GetReference(Object);
             target && !target->Name.empty()) {
-          Out += "  " + path + " = " + target->Name + "\n";
+          WriteLine(Path + " = " + target->Name);
         }
         break;
       case pkEvent:
         break;
     }
   }
-}
+
+  void WriteList(const TStringList& List, const std::string& Path) {
+    Out_ += Indent_ + Path + " = (";
+    for (const std::string& line : List) Out_ += "\n" + Indent_ + "  " + Quoted(line);
+    Out_ += ")\n";
+  }
+
+  void WriteCollection(const TCollection& Collection, const std::string& Path) {
+    Out_ += Indent_ + Path + " = <";
+    const std::string outer = Indent_;
+    for (int i = 0; i < Collection.Count(); ++i) {
+      Out_ += "\n" + outer + "  item\n";
+      Indent_ = outer + "    ";
+      WriteProperties(Collection.Item(i), "");
+      Out_ += outer + "  end";
+    }
+    Indent_ = outer;
+    Out_ += ">\n";
+  }
+
+  void WriteLine(const std::string& Line) { Out_ += Indent_ + Line + "\n"; }
+
+  std::string& Out_;
+  std::string Indent_ = "  ";
+};
 
 /// Reads the stored form, line by line.
 class TFormReader {
@@ -77,7 +110,9 @@ class TFormReader {
 
   void Load() {
     ReadHeader(NextLine());
-    for (std::string_view line = NextLine(); line != "end"; line = NextLine()) ReadProperty(line);
+    for (std::string_view line = NextLine(); line != "end"; line = NextLine()) {
+      ReadProperty(Component_, line);
+    }
   }
 
  private:
@@ -112,15 +147,16 @@ class TFormReader {
     Component_.Name = Line.substr(keyword.size(), colon - keyword.size());
   }
 
-  void ReadProperty(std::string_view Line) {
+  /// Sets the property of `Object` that `Line` stores.
+  void ReadProperty(TPersistent& Object, std::string_view Line) {
     const std::size_t equals = Line.find(" =");
     if (equals == std::string_view::npos) Fail(Format(MsgFormExpected, "Property = value"));
     const std::string_view path = Line.substr(0, equals);
     std::string_view value = Line.substr(equals + 2);
     while (!value.empty() && value.front() == ' ') value.remove_prefix(1);
-    const TPropertyPath target = FindProperty(Component_, path);
+    const TPropertyPath target = FindProperty(Object, path);
     if (!target.Property || target.Property->Kind == pkGroup || target.Property->Kind == pkEvent) {
-      Fail(Format(MsgFormProperty, Component_.ClassName(), path));
+      Fail(Format(MsgFormProperty, Object.ClassName(), path));
     }
     Store(*target.Object, *target.Property, value);
   }
@@ -128,6 +164,8 @@ class TFormReader {
   void Store(TPersistent& Object, const TProperty& Property, std::string_view Value) {
     if (Property.Kind == pkList) {
       ReadList(static_cast<TStringList&>(Property.Object(Object)), Value);
+    } else if (Property.Kind == pkCollection) {
+      ReadCollection(static_cast<TCollection&>(Property.Object(Object)), Value);
     } else if (Property.Kind == pkReference) {
       TComponent* owner = Component_.Owner();
       TComponent* found = owner ? owner->FindComponent(Value) : nullptr;
@@ -154,6 +192,32 @@ class TFormReader {
       last = line.back() == ')';
       if (last) line.remove_suffix(1);
       List.Add(Unquoted(line));
+    }
+  }
+
+  void ReadCollection(TCollection& Collection, std::string_view Value) {
+    bool last = Value == "<>";
+    if (!last && Value != "<") Fail(Format(MsgFormExpected, "<"));
+    Collection.Clear();
+    while (!last) {
+      std::string_view line = NextLine();
+      if (line == ">") return;
+      if (line != "item") Fail(Format(MsgFormExpected, "item"));
+      TCollectionItem& item = Collection.AddItem();
+      SetDefaults(item);
+      for (line = NextLine(); line != "end" && line != "end>"; line = NextLine()) {
+        ReadProperty(item, line);
+      }
+      last = line == "end>";
+    }
+  }
+
+  /// A collection may start its items with other values than the stored defaults, and what is
+  /// equal to those was left out.
+  static void SetDefaults(TPersistent& Object) {
+    for (const TProperty& property : Object.Properties()) {
+      if (property.Kind == pkGroup) SetDefaults(property.Object(Object));
+      if (property.Kind == pkValue && property.Default) property.Set(Object, *property.Default);
     }
   }
 
@@ -199,7 +263,7 @@ class TFormReader {
 std::string SaveComponent(const TComponent& Component) {
   std::string out = "object " + Component.Name + ": " + std::string(Component.ClassName()) + "\n";
   // Object accessors take a mutable object because loading shares them; saving changes nothing.
-  SaveProperties(const_cast<TComponent&>(Component), "", out);
+  TFormWriter(out).WriteProperties(const_cast<TComponent&>(Component), "");
   return out + "end\n";
 }
 

@@ -8,11 +8,17 @@
 ///       'Id'
 ///       'Name')
 ///     Formats.IntegerFormat = '0'
+///     FieldFormats = <
+///       item
+///         FieldName = 'Price'
+///         Font.Size = 12
+///       end>
 ///   end
 ///
 /// Texts and characters stand in single quotes, a quote inside doubled; control characters stand
 /// outside them by their code, `'two'#13#10'lines'`. Every other value has the text form of
-/// Property.h. A value equal to its stored default is left out; lists always stand.
+/// Property.h. A value equal to its stored default is left out; lists and
+/// collections always stand, `()` and `<>` when they are empty.
 #pragma once
 
 #include <string>

@@ -11,6 +11,11 @@
 
 namespace norva {
 
+bool TProperty::IsDefault(std::string_view Text) const {
+  if (!Default) return false;
+  return DefaultIgnoresCase ? SameText(*Default, Text) : *Default == Text;
+}
+
 TPropertyList::TPropertyList(std::initializer_list<TProperty> Own) : Items_(Own) {}
 
 TPropertyList::TPropertyList(const TPropertyList& Inherited, std::initializer_list<TProperty> Own)
@@ -36,6 +41,11 @@ TPropertyPath FindProperty(TPersistent& Root, std::string_view Path) {
     object = &property->Object(*object);
     Path.remove_prefix(dot + 1);
   }
+}
+
+TProperty IgnoringCase(TProperty Property) {
+  Property.DefaultIgnoresCase = true;
+  return Property;
 }
 
 TProperty PublishedEvent(const char* Name, const char* TypeName) {

@@ -26,6 +26,7 @@
 #include <utility>
 #include <vector>
 
+#include <norva/platform/Collection.h>
 #include <norva/platform/Component.h>
 #include <norva/platform/Enums.h>
 #include <norva/platform/Export.h>
@@ -36,11 +37,12 @@
 namespace norva {
 
 enum TPropertyKind : std::uint8_t {
-  pkValue,      ///< has a text form: Get and Set
-  pkList,       ///< an owned TStringList: Object
-  pkGroup,      ///< an owned object with properties of its own: Object
-  pkReference,  ///< another component, not owned: GetReference and SetReference
-  pkEvent,      ///< a handler; neither stored nor set by text
+  pkValue,       ///< has a text form: Get and Set
+  pkList,        ///< an owned TStringList: Object
+  pkGroup,       ///< an owned object with properties of its own: Object
+  pkCollection,  ///< an owned TCollection: Object
+  pkReference,   ///< another component, not owned: GetReference and SetReference
+  pkEvent,       ///< a handler; neither stored nor set by text
 };
 
 /// One published property of a class; made by the Published functions below.
@@ -51,6 +53,8 @@ struct NORVA_EXPORT TProperty {
   std::string TypeName;
   /// The text of the stored default: a value equal to it is not streamed. Absent: always streamed.
   std::optional<std::string> Default;
+  /// Whether a value that differs from Default in letter case only counts as equal to it.
+  bool DefaultIgnoresCase = false;
   /// For enumerations and sets: the member names.
   std::vector<std::string_view> Members;
 
@@ -61,6 +65,9 @@ struct NORVA_EXPORT TProperty {
   std::function<TComponent*(const TPersistent&)> GetReference;
   /// Returns false when the component is of a class that the property does not take.
   std::function<bool(TPersistent&, TComponent*)> SetReference;
+
+  /// Whether `Text`, the text of a value, is the stored default.
+  bool IsDefault(std::string_view Text) const;
 };
 
 /// The properties of a class: those of its base, then its own, in declaration order.
@@ -275,6 +282,14 @@ TProperty PublishedGroup(const char* Name, T TOwner::*Member) {
   return property;
 }
 
+/// An owned collection, whose items have published properties of their own.
+template <class TOwner, std::derived_from<TCollection> T>
+TProperty PublishedCollection(const char* Name, T TOwner::*Member) {
+  TProperty property = PublishedGroup(Name, Member);
+  property.Kind = pkCollection;
+  return property;
+}
+
 /// A reference to another component.
 template <class TOwner, class T>
 TProperty PublishedReference(const char* Name, const char* TypeName,
@@ -294,6 +309,9 @@ TProperty PublishedReference(const char* Name, const char* TypeName,
   };
   return property;
 }
+
+/// `Property`, not streamed either when its value differs from the default in letter case only.
+NORVA_EXPORT TProperty IgnoringCase(TProperty Property);
 
 /// An event; listed so that a designer can show it.
 NORVA_EXPORT TProperty PublishedEvent(const char* Name, const char* TypeName);

@@ -17,7 +17,7 @@ namespace norva {
 
 namespace {
 
-constexpr std::size_t WriteBufferSize = 64 * 1024;
+constexpr std::size_t WriteBufferSize = std::size_t{64} * 1024;
 
 int OpenFlags(TFileMode Mode) {
   switch (Mode) {

@@ -6,6 +6,7 @@
 #include <tests/Vectors.h>
 #include <norva/platform/CodePages.h>
 #include <norva/platform/Exceptions.h>
+#include <norva/platform/Property.h>
 #include <norva/platform/StringList.h>
 
 namespace norva {
@@ -117,6 +118,16 @@ TEST(TextWidth, EdgesOfTheTable) {
     EXPECT_EQ(TextWidth(c.Text, font), c.Regular) << c.Text;
     EXPECT_EQ(TextWidth(c.Text, bold), c.Bold) << c.Text;
   }
+}
+
+TEST(TFont, PublishesItsDefaults) {
+  const TFont font;
+  std::string text;
+  for (const TProperty& property : font.Properties()) {
+    text += property.Name + "=" + property.Default.value_or("(none)") + " ";
+    EXPECT_EQ(property.Get(font), property.Default) << property.Name;
+  }
+  EXPECT_EQ(text, "Name=Arial Size=8 Style=[] Color=clWindowText Charset=1 ");
 }
 
 }  // namespace
