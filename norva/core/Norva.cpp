@@ -180,23 +180,27 @@ void TNorva::GetColDataSt(int Index, bool NeedFormat, std::string& Text) {
   const TNorvaColumn& column = Columns[Index];
   try {
     const TFieldValue value = Source().Value(column.Number);
-    FetchedNull_ = value.Kind == vkNull;
-    FetchedIndex_ = Index;
-    const bool null = ColIsNull(Index);
-    FetchedIndex_ = -1;
-    if (null) {
+    if (IsNullCell(Index, value)) {
       Text += Formats.NullString;
     } else {
       AppendValue(column, value, NeedFormat, Text);
     }
   } catch (const EConvertError& error) {
-    throw EConvertError(MsgColumnValue, column.Name, SkipRecCount + RecordCounter + 1,
-                        error.what());
+    CellError(Index, error);
   }
   if (!OnGetExportText) return;
   std::string cell = Text.substr(start);
   OnGetExportText(*this, Index, cell);
   Text.replace(start, std::string::npos, cell);
+}
+
+/// What ColIsNull says, which need not fetch the value again.
+bool TNorva::IsNullCell(int Index, const TFieldValue& Value) {
+  FetchedNull_ = Value.Kind == vkNull;
+  FetchedIndex_ = Index;
+  const bool null = ColIsNull(Index);
+  FetchedIndex_ = -1;
+  return null;
 }
 
 void TNorva::AppendValue(const TNorvaColumn& Column, const TFieldValue& Value, bool NeedFormat,
@@ -214,6 +218,24 @@ void TNorva::AppendValue(const TNorvaColumn& Column, const TFieldValue& Value, b
   Cell_.clear();
   internal::AppendCell(Column, Value, type, FormatSettings(), Cell_);
   NormalString(Cell_, Text);
+}
+
+std::optional<double> TNorva::GetColNumber(int Index) {
+  const TNorvaColumn& column = Columns[Index];
+  const internal::TSourceAdapter& source = Source();
+  try {
+    const TFieldValue value = source.Value(column.Number);
+    if (IsNullCell(Index, value)) return std::nullopt;
+    return internal::TypedNumber(column.ColType, value, source.FieldType(column.Number),
+                                 FormatSettings());
+  } catch (const EConvertError& error) {
+    CellError(Index, error);
+  }
+}
+
+void TNorva::CellError(int Index, const EConvertError& Error) const {
+  throw EConvertError(MsgColumnValue, Columns[Index].Name, SkipRecCount + RecordCounter + 1,
+                      Error.what());
 }
 
 void TNorva::GetCellParams(std::int32_t RecNo, std::int32_t ColNo, const std::string& Value,

@@ -18,6 +18,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -157,6 +158,12 @@ class NORVA_EXPORT TNorva : public TComponent {
   /// column's type and picture, through NormalString (booleans and unknown types excepted); else
   /// the source's own text. Then OnGetExportText.
   void GetColDataSt(int Index, bool NeedFormat, std::string& Text);
+  /// The number, or the day number, that the source's own text of a cell in a number, date or time
+  /// column would be read as, without the way over the text. Nothing for null, for other columns
+  /// and where only the text can tell.
+  std::optional<double> GetColNumber(int Index);
+  /// Throws `Error` again, with the column and the current record in front of its message.
+  [[noreturn]] void CellError(int Index, const EConvertError& Error) const;
   /// Calls OnGetCellParams, if assigned.
   void GetCellParams(std::int32_t RecNo, std::int32_t ColNo, const std::string& Value,
                      TNorvaColAlign& Align, TFont& AFont, TColor& Background);
@@ -192,6 +199,7 @@ class NORVA_EXPORT TNorva : public TComponent {
 
   internal::TSourceAdapter& Source();
   void WriteRecords();
+  bool IsNullCell(int Index, const TFieldValue& Value);
   void AppendValue(const TNorvaColumn& Column, const TFieldValue& Value, bool NeedFormat,
                    std::string& Text);
 

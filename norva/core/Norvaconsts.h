@@ -11,4 +11,18 @@ inline constexpr const char* MsgColumnValue = "Column \"%s\", record %d: %s";
 inline constexpr const char* MsgIniValue =
     "Section \"%s\", key \"%s\": \"%s\" cannot be used: give %s";
 
+// Workbooks. Rows and columns are counted from 0 in the first, as the sheet's records do.
+inline constexpr const char* MsgCellTooLong =
+    "Cell R%d,C%d: String length more than 32767 bytes";
+inline constexpr const char* MsgRecordTooMany =
+    "Record %d does not fit: a sheet has %d rows; write fewer with ExportRecCount and SkipRecCount";
+inline constexpr const char* MsgRowTooMany =
+    "The %s does not fit: a sheet has %d rows; write fewer records with ExportRecCount";
+inline constexpr const char* MsgColumnTooMany =
+    "Column \"%s\" does not fit: a sheet has %d columns; choose them with ExportedFields";
+inline constexpr const char* MsgCellFormatTooMany =
+    "The workbook cannot hold more than %d cell formats, %d fonts and %d number formats";
+inline constexpr const char* MsgWorkbookText =
+    "The %s \"%s\" is too long for a workbook: give at most %d characters";
+
 }  // namespace norva

@@ -71,10 +71,12 @@ std::vector<TFormatSettings> Locales() {
   add("dd/mm", "h:mm:ss.zzz", '.', ':');      // no year
   add("mm:dd:yyyy", "tt", ':', '.');          // the date is written with the time's separator
   add("yyyymmdd", "hhnnss", '-', ':');
-  add("\"on\" d-m-yyyy", "hh:mm:ss ampm", '-', '/');
+  add("\"on\" d-m-yyyy", "hh/nn/ss", '-', '/');  // the time is written with the date's separator
+  add("yyyy/mm/dd", "hh:nn:", '/', ':');
+  add("yyyy-mm-dd", "hh:mm:ss ampm", '-', '1');
   add("yyyy-mm-dd dddd", "h:m:s AM/PM", '-', ':');
-  locales.back().DecimalSeparator = '-';
-  locales.front().TimeAMString = "vorm.";
+  locales.back().DecimalSeparator = '5';  // found in the digits too
+  locales[2].TimeAMString = "vorm.";      // where the picture writes AM
   return locales;
 }
 

@@ -37,6 +37,8 @@ const DriverCase DriverCases[] = {
     {"SkipRecCount=4", "", Nothing,  // Skip does not look for the end
      "disable Begin begin Captions first Before next skipped:1 next skipped:2 next skipped:3 next "
      "skipped:4 After End end enable", 0},
+    {"SkipRecCount=1 GoToFirstRecord=false CurrentRecordOnly=true", "", Nothing,
+     "disable Begin begin Captions Before next skipped:1 Row:0 exported:0 After End end enable", 0},
     {"SkipRecCount=-1 ExportRecCount=-1", "", Nothing,
      "disable Begin begin Captions first Before After End end enable", 0},
     {"AutoCalcColWidth=true GoToFirstRecord=false SkipRecCount=1 ExportRecCount=1", "", Nothing,
@@ -44,6 +46,7 @@ const DriverCase DriverCases[] = {
      "skipped:1 Row:0 exported:0 next After End end enable", 1},
 
     {"", "begin", Aborts, "disable Begin begin enable", 0},
+    {"AutoCalcColWidth=true", "begin", Aborts, "disable Begin begin enable", 0},
     {"AutoCalcColWidth=true", "fetched:1", Aborts,
      "disable Begin begin mark first next fetched:1 goto free enable", 0},
     {"AutoCalcColWidth=true ExportRecCount=1", "fetched:1", Aborts,  // after the last record
@@ -76,6 +79,8 @@ TEST(Norva, CallsInOrder) {
     SCOPED_TRACE(testing::Message() << c.Settings << ", " << c.Act << " at " << c.At);
     TLogged run;
     Set(run.Export, c.Settings);
+    run.Export.RecordCounter = 5;  // left by an export before this one
+    run.Export.Aborted = true;
     run.Log.ActAt = c.At;
     run.Log.Act = [&] {
       if (c.Act == Throws) throw Exception("from the handler");

@@ -32,18 +32,46 @@ void AppendInteger(const TNorvaColumn& Column, const TFieldValue& Value, TFieldT
   Column.NumberPicture().Append(number, Settings, Out);
 }
 
+/// Drops what the text would lose: fractions of a second, the time of a date, the day of a time.
+TDateTimeParts PartsInText(TDateTime Value, TFieldType Type, std::int32_t& Day) {
+  TDateTimeParts parts = DecodeDateTime(Value, Day);
+  parts.Millisecond = 0;
+  if (Type == ftDate) parts.Hour = parts.Minute = parts.Second = 0;
+  if (Type == ftTime) {
+    const TDateTimeParts dayZero;
+    parts.Year = dayZero.Year;
+    parts.Month = dayZero.Month;
+    parts.Day = dayZero.Day;
+    Day = 0;
+  }
+  return parts;
+}
+
+std::optional<double> TypedFloat(const TFieldValue& Value, const TFormatSettings& Settings) {
+  // The text of a float is the shortest that reads back to the same double, but for -0, whose text
+  // is 0. That of an integer reads back as the nearest double.
+  if (Value.Kind == vkFloat && TextKeepsNumbers(Settings)) return Value.Float + 0.0;
+  if (Value.Kind == vkInteger) return static_cast<double>(Value.Integer);
+  return std::nullopt;
+}
+
+std::optional<double> TypedMoment(const TFieldValue& Value, TFieldType Type,
+                                  const TFormatSettings& Settings) {
+  if (Value.Kind != vkDateTime || !TextKeepsDateTime(Type, Settings)) return std::nullopt;
+  std::int32_t day = 0;
+  TDateTime moment = 0;
+  TryEncodeDateTime(PartsInText(Value.Float, Type, day), moment);
+  return moment;
+}
+
 void AppendFloat(const TNorvaColumn& Column, const TFieldValue& Value, TFieldType Type,
                  const TFormatSettings& Settings, std::string& Out) {
-  double number = 0;
-  if (Value.Kind == vkFloat && TextKeepsNumbers(Settings)) {
-    number = Value.Float;  // its text is the shortest that reads back to the same double
-  } else if (Value.Kind == vkInteger) {
-    number = static_cast<double>(Value.Integer);  // the nearest double, as reading the text gives
-  } else {
+  std::optional<double> number = TypedFloat(Value, Settings);
+  if (!number) {
     std::string buffer;
     number = StrToFloat(OwnText(Value, Type, Settings, buffer));
   }
-  Column.NumberPicture().Append(number, Settings, Out);
+  Column.NumberPicture().Append(*number, Settings, Out);
 }
 
 void AppendMoment(const TNorvaColumn& Column, const TFieldValue& Value, TFieldType Type,
@@ -54,19 +82,8 @@ void AppendMoment(const TNorvaColumn& Column, const TFieldValue& Value, TFieldTy
     picture.Append(StrToDateTime(OwnText(Value, Type, Settings, buffer)), Settings, Out);
     return;
   }
-  // What the text would lose is dropped here too: fractions of a second, the time of a date, the
-  // day of a time.
   std::int32_t day = 0;
-  TDateTimeParts parts = DecodeDateTime(Value.Float, day);
-  parts.Millisecond = 0;
-  if (Type == ftDate) parts.Hour = parts.Minute = parts.Second = 0;
-  if (Type == ftTime) {
-    const TDateTimeParts dayZero;
-    parts.Year = dayZero.Year;
-    parts.Month = dayZero.Month;
-    parts.Day = dayZero.Day;
-    day = 0;
-  }
+  const TDateTimeParts parts = PartsInText(Value.Float, Type, day);
   picture.Append(parts, day, Settings, Out);
 }
 
@@ -155,6 +172,22 @@ bool TextKeepsDateTime(TFieldType Type, const TFormatSettings& Settings) {
             Settings.TimeSeparator,   KeepsDate(Settings),     KeepsTime(Settings)};
   }
   return (Type == ftTime || last.Date) && (Type == ftDate || last.Time);
+}
+
+std::optional<double> TypedNumber(TNorvaColType ColType, const TFieldValue& Value, TFieldType Type,
+                                  const TFormatSettings& Settings) {
+  switch (ColType) {
+    case ectInteger:
+    case ectFloat:
+    case ectCurrency:
+      return TypedFloat(Value, Settings);
+    case ectDate:
+    case ectTime:
+    case ectDateTime:
+      return TypedMoment(Value, Type, Settings);
+    default:
+      return std::nullopt;
+  }
 }
 
 void AppendCell(const TNorvaColumn& Column, const TFieldValue& Value, TFieldType Type,

@@ -1,6 +1,7 @@
 /// Formats one cell by its column's type and picture.
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include <norva/core/NorvaColumns.h>
@@ -15,6 +16,11 @@ namespace norva::internal {
 /// that is no such value; text that is no integer counts as 0. Other columns show the own text.
 void AppendCell(const TNorvaColumn& Column, const TFieldValue& Value, TFieldType Type,
                 const TFormatSettings& Settings, std::string& Out);
+
+/// The number, or the day number, that the own text of a typed value is read back as in a number,
+/// date or time column. Nothing for other columns and where only the text can tell.
+std::optional<double> TypedNumber(TNorvaColType ColType, const TFieldValue& Value, TFieldType Type,
+                                  const TFormatSettings& Settings);
 
 /// Whether a date or time of field type `Type`, written as text by `Settings`, is read back as the
 /// same moment, to the second.
