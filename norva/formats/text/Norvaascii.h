@@ -15,7 +15,8 @@
 /// Every line ends in CR LF. What other programs may not expect, and is meant:
 /// - A CSV line ends with the separator. CSV has no title, header or footer.
 /// - With CSVQuoteStrings numbers and dates are quoted too; booleans and null texts never are.
-/// - The count behind TUPLES is always 0.
+/// - The count behind TUPLES is always 0, and no title line follows DATA, which some readers of DIF
+///   wait for: LibreOffice 7.4 finds no cell, Gnumeric 1.12 loses the first row. CSV is read whole.
 /// - SYLK puts the captions and the first record both on row 1; without captions the first record
 ///   stands on row 0.
 /// - DIF and SYLK copy texts as they stand: a double quote inside a value is not doubled.
