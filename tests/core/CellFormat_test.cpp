@@ -5,10 +5,10 @@
 
 #include <gtest/gtest.h>
 
+#include <norva/platform/DateTime.h>
 #include <tests/ErrorText.h>
 #include <tests/Exports.h>
 #include <tests/Vectors.h>
-#include <norva/platform/DateTime.h>
 
 namespace norva::tests {
 namespace {

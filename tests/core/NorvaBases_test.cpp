@@ -2,11 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <norva/platform/Exceptions.h>
+#include <norva/platform/Shell.h>
 #include <tests/ErrorText.h>
 #include <tests/Exports.h>
 #include <tests/TempFolder.h>
-#include <norva/platform/Exceptions.h>
-#include <norva/platform/Shell.h>
 
 namespace norva::tests {
 namespace {

@@ -2,10 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <norva/platform/Exceptions.h>
 #include <tests/ErrorText.h>
 #include <tests/Exports.h>
 #include <tests/Vectors.h>
-#include <norva/platform/Exceptions.h>
 
 namespace norva::tests {
 namespace {

@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
-#include <tests/ErrorText.h>
-#include <tests/TempFolder.h>
 #include <norva/platform/CodePages.h>
 #include <norva/platform/Exceptions.h>
+#include <tests/ErrorText.h>
+#include <tests/TempFolder.h>
 
 namespace norva {
 namespace {

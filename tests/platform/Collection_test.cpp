@@ -5,11 +5,11 @@
 
 #include <gtest/gtest.h>
 
-#include <tests/ErrorText.h>
 #include <norva/platform/Component.h>
 #include <norva/platform/Exceptions.h>
 #include <norva/platform/FormText.h>
 #include <norva/platform/Property.h>
+#include <tests/ErrorText.h>
 
 namespace norva::tests {
 namespace {

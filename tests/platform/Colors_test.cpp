@@ -5,10 +5,10 @@
 #include <cstdio>
 #include <string>
 
-#include <tests/ErrorText.h>
-#include <tests/Vectors.h>
 #include <norva/platform/Exceptions.h>
 #include <norva/platform/Numbers.h>
+#include <tests/ErrorText.h>
+#include <tests/Vectors.h>
 
 namespace norva {
 namespace {

@@ -2,10 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <tests/ErrorText.h>
 #include <norva/platform/Exceptions.h>
 #include <norva/sources/memory/MemoryControls.h>
 #include <norva/sources/memory/MemoryDataSet.h>
+#include <tests/ErrorText.h>
 
 namespace norva::tests {
 namespace {

@@ -7,8 +7,8 @@
 #include <cstring>
 #include <numeric>
 
-#include <tests/ErrorText.h>
 #include <norva/platform/Exceptions.h>
+#include <tests/ErrorText.h>
 
 namespace norva {
 namespace {

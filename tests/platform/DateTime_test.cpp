@@ -10,10 +10,10 @@
 
 #include <gtest/gtest.h>
 
-#include <tests/Vectors.h>
 #include <norva/platform/Clock.h>
 #include <norva/platform/CodePages.h>
 #include <norva/platform/Exceptions.h>
+#include <tests/Vectors.h>
 
 namespace norva::tests {
 namespace {

@@ -2,12 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include <tests/ErrorText.h>
-#include <tests/Vectors.h>
 #include <norva/platform/CodePages.h>
 #include <norva/platform/Exceptions.h>
 #include <norva/platform/Property.h>
 #include <norva/platform/StringList.h>
+#include <tests/ErrorText.h>
+#include <tests/Vectors.h>
 
 namespace norva {
 namespace {

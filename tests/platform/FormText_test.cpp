@@ -2,11 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <tests/ErrorText.h>
-#include <tests/platform/SampleComponent.h>
 #include <norva/formats/text/Norvaascii.h>
 #include <norva/platform/Exceptions.h>
 #include <norva/sources/memory/MemoryDataSet.h>
+#include <tests/ErrorText.h>
+#include <tests/platform/SampleComponent.h>
 
 namespace norva::tests {
 namespace {

@@ -6,11 +6,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <norva/platform/CodePages.h>
+#include <norva/platform/Exceptions.h>
 #include <tests/ErrorText.h>
 #include <tests/TempFolder.h>
 #include <tests/Vectors.h>
-#include <norva/platform/CodePages.h>
-#include <norva/platform/Exceptions.h>
 
 namespace norva {
 namespace {

@@ -11,8 +11,8 @@
 
 #include <gtest/gtest.h>
 
-#include <tests/Vectors.h>
 #include <norva/platform/Exceptions.h>
+#include <tests/Vectors.h>
 
 namespace norva::tests {
 namespace {

@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <norva/platform/Exceptions.h>
 #include <tests/ErrorText.h>
 #include <tests/platform/SampleComponent.h>
-#include <norva/platform/Exceptions.h>
 
 namespace norva::tests {
 namespace {

@@ -12,9 +12,9 @@
 #include <limits>
 #include <thread>
 
+#include <norva/platform/Exceptions.h>
 #include <tests/ErrorText.h>
 #include <tests/TempFolder.h>
-#include <norva/platform/Exceptions.h>
 
 namespace norva {
 namespace {

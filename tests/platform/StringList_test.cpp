@@ -2,11 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <tests/ErrorText.h>
-#include <tests/Vectors.h>
 #include <norva/platform/CodePages.h>
 #include <norva/platform/Exceptions.h>
 #include <norva/platform/Fonts.h>
+#include <tests/ErrorText.h>
+#include <tests/Vectors.h>
 
 namespace norva {
 namespace {

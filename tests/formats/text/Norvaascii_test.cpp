@@ -4,10 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#include <norva/sources/memory/RangeDataSet.h>
 #include <tests/ErrorText.h>
 #include <tests/Exports.h>
 #include <tests/Vectors.h>
-#include <norva/sources/memory/RangeDataSet.h>
 
 namespace norva::tests {
 namespace {

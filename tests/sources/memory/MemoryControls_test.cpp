@@ -7,9 +7,9 @@
 
 #include <gtest/gtest.h>
 
-#include <tests/ErrorText.h>
 #include <norva/platform/Exceptions.h>
 #include <norva/sources/memory/MemoryDataSet.h>
+#include <tests/ErrorText.h>
 
 namespace norva {
 namespace {

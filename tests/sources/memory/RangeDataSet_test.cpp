@@ -12,9 +12,9 @@
 
 #include <gtest/gtest.h>
 
+#include <norva/platform/Exceptions.h>
 #include <tests/ErrorText.h>
 #include <tests/Vectors.h>
-#include <norva/platform/Exceptions.h>
 
 namespace norva {
 namespace {

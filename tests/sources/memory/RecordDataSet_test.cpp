@@ -9,11 +9,11 @@
 
 #include <gtest/gtest.h>
 
-#include <tests/ErrorText.h>
 #include <norva/platform/Exceptions.h>
 #include <norva/platform/Property.h>
 #include <norva/sources/memory/MemoryDataSet.h>
 #include <norva/sources/memory/RangeDataSet.h>
+#include <tests/ErrorText.h>
 
 namespace norva {
 namespace {

@@ -8,10 +8,10 @@
 
 #include <gtest/gtest.h>
 
-#include <tests/ErrorText.h>
-#include <tests/TempFolder.h>
 #include <norva/platform/Exceptions.h>
 #include <norva/sources/sqlite/SqliteDataSet.h>
+#include <tests/ErrorText.h>
+#include <tests/TempFolder.h>
 
 #include "SqliteScript.h"
 

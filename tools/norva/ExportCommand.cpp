@@ -1,0 +1,175 @@
+#include <tools/norva/ExportCommand.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdint>
+#include <filesystem>
+#include <limits>
+#include <memory>
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include <norva/platform/CodePages.h>
+#include <norva/platform/Exceptions.h>
+#include <norva/platform/Shell.h>
+#include <tools/norva/Errors.h>
+#include <tools/norva/Formats.h>
+#include <tools/norva/Interrupt.h>
+#include <tools/norva/Messages.h>
+#include <tools/norva/Nearest.h>
+#include <tools/norva/Progress.h>
+#include <tools/norva/Report.h>
+#include <tools/norva/Settings.h>
+#include <tools/norva/Source.h>
+#include <tools/norva/Target.h>
+#include <tools/norva/Terminal.h>
+#include <tools/norva/Watch.h>
+
+namespace norva::tool {
+namespace {
+
+using TClock = std::chrono::steady_clock;
+
+const TFormat& ChooseFormat(const TExportArguments& Arguments, const TOutputSettings& Output) {
+  const TFormat& format =
+      Arguments.Format ? FormatByName(*Arguments.Format) : FormatByExtension(Output.FileName);
+  const bool needsFile = !format.Extensions.empty();
+  if (needsFile && Output.FileName.empty()) throw EUsage(MsgOutputWanted);
+  return format;
+}
+
+void CheckOutput(const TExportArguments& Arguments, const TOutputSettings& Output) {
+  std::error_code none;  // neither need exist
+  if (std::filesystem::equivalent(Arguments.Source.Name, Output.FileName, none)) {
+    throw EUsage(MsgOutputIsSource, Output.FileName);
+  }
+  const std::filesystem::file_status status = std::filesystem::status(Output.FileName, none);
+  const bool isFile = !Output.FileName.empty() && Output.FileName != "-" &&
+                      (!std::filesystem::exists(status) || is_regular_file(status));
+  if (isFile) return;
+  if (Output.ShowFile) throw EUsage(MsgNothingToShow, "--open");
+  if (Output.PrintFile) throw EUsage(MsgNothingToShow, "--print");
+}
+
+// The exporter itself would ignore a caption or a width for a column that is not there.
+void CheckColumnNames(const TNorva& Exporter, const TSource& Source) {
+  for (const std::string& name : Exporter.ExportedFields) Source.CheckField("--field", name);
+  const auto check = [&Source](const char* option, const TStringList& list) {
+    for (int i = 0; i < list.Count(); ++i) Source.CheckField(option, list.Names(i));
+  };
+  check("--caption", Exporter.Captions);
+  check("--user-format", Exporter.UserFormats);
+  check("--width", Exporter.ColumnsWidth);
+  check("--align", Exporter.ColumnsAlign);
+  check("--length", Exporter.ColumnsLength);
+}
+
+// Unless columns are named, the first blob would end the list of columns.
+void LeaveOutBlobs(TNorva& Exporter, const TSource& Source, bool Quiet) {
+  const std::vector<std::string> blobs = Source.FieldNames(true);
+  if (blobs.empty() || !Exporter.ExportedFields.Empty()) return;
+  for (const std::string& name : Source.FieldNames(false)) Exporter.ExportedFields.Add(name);
+  if (Exporter.ExportedFields.Empty()) throw EDatabaseError(MsgOnlyBlobs, Source.Description());
+  if (!Quiet) Say(Format(MsgLeftOut, ToUtf8(Joined(blobs))));
+}
+
+/// Limits the export to the records there are, which makes it end with the last one whatever the
+/// format's own rule is. Returns how many will be written.
+std::int64_t LimitRecords(TNorva& Exporter, std::int64_t Count, const TSource& Source, bool Quiet) {
+  constexpr std::int64_t most = std::numeric_limits<std::int32_t>::max();
+  // Stepping over more than there are would only take time.
+  const std::int64_t skipped = std::min<std::int64_t>(Exporter.SkipRecCount, Count);
+  std::int64_t limit = Exporter.ExportRecCount;
+  if (limit == 0 || limit > Count - skipped) limit = Count - skipped;
+  if (limit > most) throw Exception(MsgTooMany, Source.Description(), Count, most);
+  Exporter.SkipRecCount = static_cast<std::int32_t>(skipped);
+  // 0 is no limit, and needs none: the source is at its end before the first record.
+  Exporter.ExportRecCount = static_cast<std::int32_t>(limit);
+  if (limit == 0 && Count > 0 && !Quiet) Say(Format(MsgAllSkipped, Counted(Count, "record")));
+  return limit;
+}
+
+/// The message of a failure, with what can be done about it.
+std::string WithAdvice(const std::exception& Error, TSource& Source) {
+  const bool fromOutput = dynamic_cast<const EStreamError*>(&Error);
+  if (!fromOutput && Source.DataSet().IsEmpty()) {
+    return Format(MsgHasNoRecords, Error.what(), Source.Description());
+  }
+  return Error.what();
+}
+
+/// One export, once its source, exporter and target are ready.
+class TExportRun {
+ public:
+  TExportRun(TSource& Source, TNorva& Exporter, TTarget& Target, std::int64_t Expected)
+      : Source_(Source), Exporter_(Exporter), Target_(Target), Expected_(Expected) {}
+
+  void Run(const TExportArguments& Arguments) {
+    TProgress progress(Expected_, Arguments.Quiet ? false : Arguments.Progress);
+    TWatch watch(Exporter_, progress);
+    try {
+      Target_.Write(Exporter_);
+      if (!Exporter_.Aborted) Target_.Commit();
+    } catch (const EUsage&) {
+      throw;
+    } catch (const std::exception& error) {
+      if (!Interrupted()) {
+        const std::string kept = Arguments.KeepPartial ? Target_.KeepPartial() : "";
+        const std::string message = WithAdvice(error, Source_);
+        throw Exception("%s", kept.empty() ? message : Format(MsgKept, message, kept));
+      }
+      Exporter_.Aborted = true;
+    }
+    Written_ = watch.Written();
+    if (Exporter_.Aborted) ThrowInterrupted(Arguments.KeepPartial);
+  }
+
+  std::int64_t Written() const { return Written_; }
+
+ private:
+  [[noreturn]] void ThrowInterrupted(bool KeepPartial) {
+    const std::string kept = KeepPartial ? Target_.KeepPartial() : "";
+    const std::string message = Format(MsgInterrupted, Grouped(Written_),
+                                       Counted(Expected_, "record"), Target_.Aftermath());
+    throw EInterrupted("%s", kept.empty() ? message : Format(MsgKept, message, kept));
+  }
+
+  TSource& Source_;
+  TNorva& Exporter_;
+  TTarget& Target_;
+  std::int64_t Expected_;
+  std::int64_t Written_ = 0;
+};
+
+}  // namespace
+
+void ExportCommand(const TExportArguments& Arguments) {
+  const TClock::time_point begun = TClock::now();
+  const TOutputSettings output = OutputSettings(Arguments);
+  const TFormat& format = ChooseFormat(Arguments, output);
+  CheckOutput(Arguments, output);
+  ChooseText(Arguments, format);
+  const std::unique_ptr<TNorva> exporter = format.Make();
+  ApplySettings(Arguments, *exporter);
+
+  TSource source(Arguments.Source);
+  exporter->DataSet = &source.DataSet();
+  CheckColumnNames(*exporter, source);
+  LeaveOutBlobs(*exporter, source, Arguments.Quiet);
+  const std::unique_ptr<TTarget> target = MakeTarget(output.FileName, format);
+  const std::int64_t count = source.DataSet().RecordCount();
+  const std::int64_t expected = LimitRecords(*exporter, count, source, Arguments.Quiet);
+
+  TExportRun run(source, *exporter, *target, expected);
+  run.Run(Arguments);
+  if (!Arguments.Quiet) {
+    const std::chrono::duration<double> elapsed = TClock::now() - begun;
+    Say(DoneLine(target->Name(), run.Written(), exporter->Columns.Count(), target->Bytes(),
+                 elapsed.count()));
+  }
+  if (output.ShowFile) ShellOpen(target->FileName());
+  if (output.PrintFile) ShellPrint(target->FileName());
+}
+
+}  // namespace norva::tool
