@@ -5,11 +5,11 @@
 
 #include <gtest/gtest.h>
 
-#include <tests/ErrorText.h>
-#include <tests/TempFolder.h>
 #include <norva/formats/spreadsheet/NorvaxlsLists.h>
 #include <norva/platform/Exceptions.h>
 #include <norva/platform/Property.h>
+#include <tests/ErrorText.h>
+#include <tests/TempFolder.h>
 
 namespace norva::tests {
 namespace {

@@ -6,8 +6,8 @@
 
 #include <gtest/gtest.h>
 
-#include <tests/ErrorText.h>
 #include <norva/platform/Exceptions.h>
+#include <tests/ErrorText.h>
 
 namespace norva::tests {
 namespace {
