@@ -259,8 +259,7 @@ void TCompoundFile::PlaceSectors() {
   const std::uint64_t miniFat = UnitsFor(miniSectors, NumbersPerSector);
   const std::uint64_t miniStream = UnitsFor(miniSectors, SectorSize / MiniSectorSize);
 
-  // The FAT counts its own sectors and those of the DIFAT, too. The counts only grow until they
-  // fit.
+  // The FAT lists its own sectors and the DIFAT's, too: the counts grow until they fit.
   const std::uint64_t others = directory + miniFat + miniStream + longSectors;
   std::uint64_t fat = 0, difat = 0, sectors = others;
   while (fat * NumbersPerSector < sectors) {

@@ -448,7 +448,7 @@ TEST_F(TSqliteDataSetTest, ConvertsToTheActiveCodePage) {
   set->Next();
   EXPECT_EQ(set->Fields(0).AsString(), "10 \x80");
   set->Next();
-  EXPECT_EQ(ErrorText<EConvertError>([&] { set->Fields(0).Value(); }),
+  EXPECT_EQ(ErrorText<EDatabaseError>([&] { set->Fields(0).Value(); }),
             "Column \"Größe\" of table \"t\", row 3: Character U+2603 cannot be written in code "
             "page 1252; choose another code page or have such characters replaced");
   SetUnmappablePolicy(umReplace);

@@ -84,7 +84,7 @@ class TTextField : public TSqliteField {
     try {
       AppendFromUtf8(Utf8, Buffer_);
     } catch (const EConvertError& error) {
-      throw EConvertError(MsgSqliteText, ColumnName(), Cursor_.Source(), Cursor_.RecNo(),
+      throw EDatabaseError(MsgSqliteText, ColumnName(), Cursor_.Source(), Cursor_.RecNo(),
                           error.what());
     }
     return Buffer_;
