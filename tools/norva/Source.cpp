@@ -75,6 +75,7 @@ TSource::TSource(const TSourceArguments& Arguments) : Database_(Arguments.Name) 
 
 std::vector<std::string> TSource::FieldNames(bool Blobs) const {
   std::vector<std::string> names;
+  names.reserve(static_cast<std::size_t>(DataSet_->FieldCount()));
   for (int i = 0; i < DataSet_->FieldCount(); ++i) {
     const TField& field = DataSet_->Fields(i);
     if (field.IsBlob() == Blobs) names.push_back(field.FieldName);
