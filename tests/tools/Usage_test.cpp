@@ -122,6 +122,11 @@ const TBadCall BadCalls[] = {
      "--set SkipRecCount \"-2\": give a whole number from 0 to 2147483647"                                                                                      },
     {"export shop.db --table items -o x.txt --set ExportSource=esListView",
      "--set ExportSource=esListView: the source here is a data set, esDataSet"                                                                                  },
+    {"export shop.db --table items -o x.xls --set Options.SheetTitle=a[1]",
+     "--set Options.SheetTitle=a[1]: give at most 31 characters, none of them / \\ : * ? [ ]"                                                                   },
+    {"export shop.db --table items -o x.xls --set "
+     "Options.SheetTitle=Łódź_6789012345678901234567890é2",                                                                         "--set Options.SheetTitle=Łódź_6789012345678901234567890é2: give at most 31 characters, none "
+     "of them / \\ : * ? [ ]"                                                                                                  },
 };
 
 TEST_F(UsageTest, BadArgumentsEndWith2AndSayWhatIsRight) {

@@ -152,6 +152,7 @@ void ExportCommand(const TExportArguments& Arguments) {
   ChooseText(Arguments, format);
   const std::unique_ptr<TNorva> exporter = format.Make();
   ApplySettings(Arguments, *exporter);
+  if (format.Check) format.Check(*exporter);
 
   TSource source(Arguments.Source);
   exporter->DataSet = &source.DataSet();

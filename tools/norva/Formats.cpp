@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include <norva/formats/spreadsheet/Norvaxls.h>
 #include <norva/formats/text/Norvaascii.h>
 #include <norva/formats/text/Norvaclipboard.h>
 #include <norva/platform/CodePages.h>
@@ -25,12 +26,22 @@ std::unique_ptr<TNorva> Make() {
   return std::make_unique<TExporter>();
 }
 
+/// What spreadsheet programs take as the name of a sheet.
+void CheckSheetTitle(const TNorva& Exporter) {
+  constexpr std::size_t most = 31;  // UTF-16 units
+  const std::string& title = static_cast<const TNorvaXLS&>(Exporter).Options.SheetTitle();
+  if (ToUtf16(title).size() > most || title.find_first_of("/\\:*?[]") != std::string::npos) {
+    throw EUsage(MsgSheetTitle, ToUtf8(title), most);
+  }
+}
+
 constexpr TFormat Table[] = {
-    {"txt",       ".txt", "Fixed-width text",        CodePageUtf8, true, MakeASCII<etTXT>     },
-    {"csv",       ".csv", "Comma-separated values",  CodePageUtf8, true, MakeASCII<etCSV>     },
-    {"dif",       ".dif", "Data Interchange Format", CodePageUtf8, true, MakeASCII<etDIF>     },
-    {"sylk",      ".slk", "Symbolic Link format",    CodePageUtf8, true, MakeASCII<etSYLK>    },
-    {"clipboard", "",     "Text on the clipboard",   CodePageUtf8, true, Make<TNorvaClipboard>},
+    {"txt",       ".txt", "Fixed-width text",        CodePageUtf8, true,  MakeASCII<etTXT>,      nullptr        },
+    {"csv",       ".csv", "Comma-separated values",  CodePageUtf8, true,  MakeASCII<etCSV>,      nullptr        },
+    {"dif",       ".dif", "Data Interchange Format", CodePageUtf8, true,  MakeASCII<etDIF>,      nullptr        },
+    {"sylk",      ".slk", "Symbolic Link format",    CodePageUtf8, true,  MakeASCII<etSYLK>,     nullptr        },
+    {"xls",       ".xls", "Excel 97 workbook",       CodePageUtf8, false, Make<TNorvaXLS>,       CheckSheetTitle},
+    {"clipboard", "",     "Text on the clipboard",   CodePageUtf8, true,  Make<TNorvaClipboard>, nullptr        },
 };
 
 /// Whether `Extension` is one of those of `Format`, in any letter case.

@@ -24,6 +24,9 @@ struct TFormat {
   /// Makes the exporter with the settings that the tool starts from. Locale and code page must be
   /// chosen before: an exporter takes its defaults from them.
   std::unique_ptr<TNorva> (*Make)();
+  /// Throws EUsage for settings that the exporter takes, but not the programs that read its files;
+  /// null when there are none.
+  void (*Check)(const TNorva& Exporter);
 };
 
 std::span<const TFormat> Formats();

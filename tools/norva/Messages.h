@@ -31,6 +31,8 @@ inline constexpr const char* MsgGroupSetting =
     "--set \"%s\": this is a group of properties; set one of them, such as %s.%s";
 inline constexpr const char* MsgFixedSetting = "--set \"%s\": a %s cannot be given as text";
 inline constexpr const char* MsgSettingValue = "--set: %s";
+inline constexpr const char* MsgSheetTitle =
+    "--set Options.SheetTitle=%s: give at most %d characters, none of them / \\ : * ? [ ]";
 inline constexpr const char* MsgSourceSetting =
     "--set ExportSource=%s: the source here is a data set, esDataSet";
 inline constexpr const char* MsgUnknownPage = "--code-page %s is not known; give one of: %s";
