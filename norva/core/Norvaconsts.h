@@ -12,8 +12,7 @@ inline constexpr const char* MsgIniValue =
     "Section \"%s\", key \"%s\": \"%s\" cannot be used: give %s";
 
 // Workbooks. Rows and columns are counted from 0 in the first, as the sheet's records do.
-inline constexpr const char* MsgCellTooLong =
-    "Cell R%d,C%d: String length more than 32767 bytes";
+inline constexpr const char* MsgCellTooLong = "Cell R%d,C%d: String length more than 32767 bytes";
 inline constexpr const char* MsgRecordTooMany =
     "Record %d does not fit: a sheet has %d rows; write fewer with ExportRecCount and SkipRecCount";
 inline constexpr const char* MsgRowTooMany =

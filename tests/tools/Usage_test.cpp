@@ -125,8 +125,8 @@ const TBadCall BadCalls[] = {
     {"export shop.db --table items -o x.xls --set Options.SheetTitle=a[1]",
      "--set Options.SheetTitle=a[1]: give at most 31 characters, none of them / \\ : * ? [ ]"                                                                   },
     {"export shop.db --table items -o x.xls --set "
-     "Options.SheetTitle=Łódź_6789012345678901234567890é2",                                                                         "--set Options.SheetTitle=Łódź_6789012345678901234567890é2: give at most 31 characters, none "
-     "of them / \\ : * ? [ ]"                                                                                                  },
+     "Options.SheetTitle=Łódź_6789012345678901234567890é2",           "--set Options.SheetTitle=Łódź_6789012345678901234567890é2: give at most 31 characters, none "
+     "of them / \\ : * ? [ ]"                                                               },
 };
 
 TEST_F(UsageTest, BadArgumentsEndWith2AndSayWhatIsRight) {

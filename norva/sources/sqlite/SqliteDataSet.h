@@ -50,8 +50,8 @@ class TSqliteCursor;
 /// from run to run (`random()`) should not be used.
 ///
 /// Texts are converted to the code page that is active when the set moves to their record (First
-/// is such a move, too), field names to the one at opening. EDatabaseError names column and row of a
-/// character that the page lacks.
+/// is such a move, too), field names to the one at opening. EDatabaseError names column and row of
+/// a character that the page lacks.
 class NORVA_EXPORT TSqliteDataSet : public TDataSet {
  public:
   /// Opens the database for this set alone. Throws EDatabaseError, naming the file, the query and

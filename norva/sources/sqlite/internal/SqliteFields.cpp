@@ -85,7 +85,7 @@ class TTextField : public TSqliteField {
       AppendFromUtf8(Utf8, Buffer_);
     } catch (const EConvertError& error) {
       throw EDatabaseError(MsgSqliteText, ColumnName(), Cursor_.Source(), Cursor_.RecNo(),
-                          error.what());
+                           error.what());
     }
     return Buffer_;
   }
