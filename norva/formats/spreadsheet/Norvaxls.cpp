@@ -291,18 +291,17 @@ void TNorvaXLS::WriteCell(int Index) {
   }
   Cell_.clear();
   GetColDataSt(Index, false, Cell_);
+  const bool isBoolean = type == ectBoolean;
   if (Cell_.empty()) {
     XLSWriter().WriteBlank(CurrentRow_, col, xf);
-  } else if (Cell_ == Formats.NullString) {
+  } else if (Cell_ == Formats.NullString || !(isNumber || isBoolean)) {
     WriteText(col, xf, Cell_);
-  } else if (isNumber) {
-    XLSWriter().WriteNumber(CurrentRow_, col, xf, TextToNumber(Index, Cell_));
-  } else if (type == ectBoolean) {
+  } else if (isBoolean) {
     // "True" is what a field of this type says of itself, in every language.
     const bool value = Cell_ == "True" || SameText(Cell_, Formats.BooleanTrue());
     XLSWriter().WriteBoolean(CurrentRow_, col, xf, value);
   } else {
-    WriteText(col, xf, Cell_);
+    XLSWriter().WriteNumber(CurrentRow_, col, xf, TextToNumber(Index, Cell_));
   }
 }
 
