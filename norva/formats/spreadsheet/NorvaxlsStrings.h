@@ -28,7 +28,7 @@ class NORVA_EXPORT TxlsStrings {
     return {Entries_[Index].Text, Entries_[Index].Length};
   }
   /// Gives back the memory that only Add needs, which takes it again.
-  void Trim() { Places_ = {}; }
+  void Trim() { std::vector<std::uint32_t>().swap(Places_); }
   void Clear() { *this = TxlsStrings(); }
 
  private:

@@ -86,17 +86,16 @@ struct RowsCase {
   const char *Settings, *Header, *Cells;
 };
 const RowsCase RowsCases[] = {
-    {"AllowCaptions=false",              "",      "A1 x15 1 | B1 x15 'Ann'"                         },
-    {"AllowCaptions=false HeaderRows=1", "a/b",   "A1 x16 'a'\nA2 x15 1 | B2 x15 'Ann'"             },
-    {"AllowCaptions=false HeaderRows=3", "a",     "A1 x16 'a'\nA4 x15 1 | B4 x15 'Ann'"             },
-    {"AllowCaptions=false",              "a\tb/", "A1 x16 'a' | B1 x16 'b'\nA2 x15 1 | B2 x15 'Ann'"},
-    {"AllowCaptions=false FooterRows=2", "",      "A1 x15 1 | B1 x15 'Ann'"                         },
-    {"StartDataCol=254",                 "a",
-     "A1 x16 'a'\nIU2 x17 'Id' | IV2 x17 'Name'\nIU3 x15 1 | IV3 x15 'Ann'"                         },
+    {"",                 "",      "A1 x15 1 | B1 x15 'Ann'"                         },
+    {"HeaderRows=1",     "a/b",   "A1 x16 'a'\nA2 x15 1 | B2 x15 'Ann'"             },
+    {"HeaderRows=3",     "a",     "A1 x16 'a'\nA4 x15 1 | B4 x15 'Ann'"             },
+    {"",                 "a\tb/", "A1 x16 'a' | B1 x16 'b'\nA2 x15 1 | B2 x15 'Ann'"},
+    {"StartDataCol=254", "a",     "A1 x16 'a'\nIU2 x15 1 | IV2 x15 'Ann'"           },
 };
 TEST(NorvaXLS, RowsAndColumns) {
   for (const RowsCase& c : RowsCases) {
     TXLS exporter(c.Settings);
+    exporter.AllowCaptions = false;
     exporter.ExportRecCount = 1;
     exporter.Header.SetText(Replace(c.Header, "/", "\n"));
     EXPECT_EQ(exporter.Book().Cells(), c.Cells) << c.Settings << c.Header;
@@ -122,34 +121,36 @@ TEST(NorvaXLS, NoRecords) {
 
 // Values.
 
+constexpr double Infinity = std::numeric_limits<double>::infinity();
+
 struct ValueCase {
   TFieldType Type;
   TMemoryValue Value;
   const char *NullString, *Cell;
 };
 const ValueCase ValueCases[] = {
-    {ftInteger,  -5,                                      "null", "-5"                  },
-    {ftInteger,  nullptr,                                 "null", "'null'"              },
-    {ftInteger,  nullptr,                                 "",     "-"                   },
-    {ftInteger,  5,                                       "5",    "'5'"                 }, // the text of null
-    {ftLargeint, 9007199254740993,                        "null", "9.007199254740992E15"},
-    {ftFloat,    0.1,                                     "null", "0.1"                 },
-    {ftFloat,    1e300,                                   "null", "1E300"               },
-    {ftFloat,    -0.0,                                    "null", "0"                   },
-    {ftFloat,    std::numeric_limits<double>::infinity(), "INF",  "'INF'"               },
-    {ftCurrency, 12.5,                                    "null", "12.5"                },
-    {ftDate,     TMemoryValue::DateTime(45322.5),         "null", "45322"               },
-    {ftTime,     TMemoryValue::DateTime(45322.5),         "null", "0.5"                 },
-    {ftDateTime, TMemoryValue::DateTime(45322.5),         "null", "45322.5"             },
-    {ftDateTime, TMemoryValue::DateTime(-1.25),           "null", "-1.25"               },
-    {ftDateTime, nullptr,                                 "?",    "'?'"                 },
-    {ftBoolean,  true,                                    "null", "TRUE"                },
-    {ftBoolean,  false,                                   "null", "FALSE"               },
-    {ftBoolean,  nullptr,                                 "null", "'null'"              },
-    {ftString,   "12",                                    "null", "'12'"                },
-    {ftString,   "null",                                  "null", "'null'"              },
-    {ftString,   "",                                      "null", "-"                   },
-    {ftUnknown,  "x",                                     "null", "'x'"                 },
+    {ftInteger,  -5,                              "null", "-5"                  },
+    {ftInteger,  nullptr,                         "null", "'null'"              },
+    {ftInteger,  nullptr,                         "",     "-"                   },
+    {ftInteger,  5,                               "5",    "'5'"                 }, // as null
+    {ftLargeint, 9007199254740993,                "null", "9.007199254740992E15"},
+    {ftFloat,    0.1,                             "null", "0.1"                 },
+    {ftFloat,    1e300,                           "null", "1E300"               },
+    {ftFloat,    -0.0,                            "null", "0"                   },
+    {ftFloat,    Infinity,                        "INF",  "'INF'"               },
+    {ftCurrency, 12.5,                            "null", "12.5"                },
+    {ftDate,     TMemoryValue::DateTime(45322.5), "null", "45322"               },
+    {ftTime,     TMemoryValue::DateTime(45322.5), "null", "0.5"                 },
+    {ftDateTime, TMemoryValue::DateTime(45322.5), "null", "45322.5"             },
+    {ftDateTime, TMemoryValue::DateTime(-1.25),   "null", "-1.25"               },
+    {ftDateTime, nullptr,                         "?",    "'?'"                 },
+    {ftBoolean,  true,                            "null", "TRUE"                },
+    {ftBoolean,  false,                           "null", "FALSE"               },
+    {ftBoolean,  nullptr,                         "null", "'null'"              },
+    {ftString,   "12",                            "null", "'12'"                },
+    {ftString,   "null",                          "null", "'null'"              },
+    {ftString,   "",                              "null", "-"                   },
+    {ftUnknown,  "x",                             "null", "'x'"                 },
 };
 TEST(NorvaXLS, Values) {
   for (const ValueCase& c : ValueCases) {
@@ -206,8 +207,8 @@ TEST(NorvaXLS, TypedValuesGiveTheCellsOfTheirTexts) {
   const std::vector<TMemoryValue> integers = {0, -7, nullptr};
   const std::vector<TMemoryValue> large = {9007199254740993,
                                            std::numeric_limits<std::int64_t>::min(), nullptr};
-  const std::vector<TMemoryValue> floats = {
-      0.0, -0.0, 0.1, 2.0 / 3, -1e300, 5e-324, std::numeric_limits<double>::infinity(), nullptr};
+  const std::vector<TMemoryValue> floats = {0.0,    -0.0,   0.1,      2.0 / 3,
+                                            -1e300, 5e-324, Infinity, nullptr};
   std::vector<TMemoryValue> moments = {nullptr};
   for (const double day : {0.0, 0.999999999, -1.25, 45322.525706018, 2958465.5, -693593.0}) {
     moments.push_back(TMemoryValue::DateTime(day));
