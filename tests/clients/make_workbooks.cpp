@@ -3,9 +3,6 @@
 //   formats.xls     600 records, each with another font; cells by the rules in FormatOf
 //   rows.xls        65,536 rows of 8 numbers, row * 8 + column: 9 MB, so that the container needs
 //                   sectors for its own tables
-//   columns.xls     256 columns, captions and one record
-//   strings.xls     texts of the lengths at which the string table is continued
-//   long.xls        the same, the first one too long for the table's first record
 //   aggregates.xls  header and footer lines and the four aggregates
 //
 // test_xls.py knows these rules and checks what readers make of the files.
@@ -74,36 +71,6 @@ void WriteRows(const std::string& FileName) {
   Write(exporter, source, FileName);
 }
 
-void WriteColumns(const std::string& FileName) {
-  TMemoryDataSet source;
-  std::vector<TMemoryValue> values;
-  for (int column = 0; column < 256; ++column) {
-    source.AddField("Column " + std::to_string(column), ftInteger);
-    values.emplace_back(column);
-  }
-  source.Append(values);
-  TNorvaXLS exporter;
-  Write(exporter, source, FileName);
-}
-
-void WriteStrings(const std::string& FileName, std::vector<int> Lengths) {
-  TMemoryDataSet source({
-      {"Text", ftString}
-  });
-  int number = 0;
-  for (const int length : Lengths) {
-    // Texts of one byte, of two and of four a character; the last are pairs in a workbook.
-    const std::string units[] = {std::string(1, static_cast<char>('a' + number++ % 26)), "Ж"};
-    std::string text;
-    for (int i = 0; i < length; ++i) text += units[length < 16000 ? i % 7 / 6 : 0];
-    source.Append({text});
-  }
-  for (const int before : {4108, 4109, 4110}) source.Append({std::string(before, 'z') + "𝄞 end"});
-  TNorvaXLS exporter;
-  exporter.AllowCaptions = false;
-  Write(exporter, source, FileName);
-}
-
 void WriteAggregates(const std::string& FileName) {
   const TxlsAggregate aggregates[] = {aggSum, aggAvg, aggMin, aggMax};
   TMemoryDataSet source;
@@ -136,10 +103,6 @@ int main(int Count, char** Arguments) {
   try {
     WriteFormats(folder + "formats.xls");
     WriteRows(folder + "rows.xls");
-    WriteColumns(folder + "columns.xls");
-    WriteStrings(folder + "strings.xls",
-                 {1, 4106, 4107, 4108, 4109, 4110, 4111, 4112, 8221, 32767});
-    WriteStrings(folder + "long.xls", {4107, 5000, 1, 15000});
     WriteAggregates(folder + "aggregates.xls");
   } catch (const std::exception& error) {
     std::fprintf(stderr, "make_workbooks: %s\n", error.what());
