@@ -143,19 +143,27 @@ class TIntegerField final : public TSqliteField {
   const char* Takes() const override { return "whole numbers"; }
 };
 
-class TFloatField final : public TSqliteField {
+// Reals; with `KeepsWhole` decimals and money, whose whole numbers stay whole, as a double would
+// lose digits of large ones.
+template <bool KeepsWhole>
+class TNumberField final : public TSqliteField {
  public:
   using TSqliteField::TSqliteField;
 
   TFieldValue Value() const override {
     sqlite3_value* const cell = Cell();
     switch (sqlite3_value_type(cell)) {
-      case SQLITE_FLOAT:
       case SQLITE_INTEGER:
+        if (KeepsWhole) return TFieldValue::OfInteger(sqlite3_value_int64(cell));
+        [[fallthrough]];
+      case SQLITE_FLOAT:
         return TFieldValue::OfFloat(sqlite3_value_double(cell));
       case SQLITE_NULL:
         return {};
       case SQLITE_TEXT:
+        if (KeepsWhole) {
+          if (const auto value = TextToInteger(TextOf(cell))) return TFieldValue::OfInteger(*value);
+        }
         if (const auto value = TextToFloat(TextOf(cell))) return TFieldValue::OfFloat(*value);
         break;
     }
@@ -165,32 +173,8 @@ class TFloatField final : public TSqliteField {
  protected:
   const char* Takes() const override { return "numbers"; }
 };
-
-// Decimals and money: whole numbers stay whole, as a double would lose digits of large ones.
-class TDecimalField final : public TSqliteField {
- public:
-  using TSqliteField::TSqliteField;
-
-  TFieldValue Value() const override {
-    sqlite3_value* const cell = Cell();
-    switch (sqlite3_value_type(cell)) {
-      case SQLITE_FLOAT:
-        return TFieldValue::OfFloat(sqlite3_value_double(cell));
-      case SQLITE_INTEGER:
-        return TFieldValue::OfInteger(sqlite3_value_int64(cell));
-      case SQLITE_NULL:
-        return {};
-      case SQLITE_TEXT:
-        if (const auto value = TextToInteger(TextOf(cell))) return TFieldValue::OfInteger(*value);
-        if (const auto value = TextToFloat(TextOf(cell))) return TFieldValue::OfFloat(*value);
-        break;
-    }
-    Misfit(cell);
-  }
-
- protected:
-  const char* Takes() const override { return "numbers"; }
-};
+using TFloatField = TNumberField<false>;
+using TDecimalField = TNumberField<true>;
 
 class TBooleanField final : public TSqliteField {
  public:
