@@ -66,6 +66,8 @@ void TNorva::ExportThrough(TNorvaWriter& Writer) {
 void TNorva::DoExport() {
   RecordCounter = 0;
   FetchedIndex_ = -1;
+  Column_ = -1;
+  UnsafeSeen_ = false;
   CheckExportSource();
   if (!IsActive()) throw Exception(MsgSourceClosed, NorvaSourceAsString(ExportSource));
   if (IsEmpty()) throw Exception(MsgSourceEmpty, NorvaSourceAsString(ExportSource));
@@ -158,6 +160,7 @@ void TNorva::GetDataRow(bool NeedFormat, std::string& Row) {
 }
 
 void TNorva::GetColCaption(int Index, std::string& Text) {
+  Column_ = -1;
   NormalString(Columns[Index].Caption, Text);
 }
 
@@ -175,7 +178,14 @@ TSpecialCharacters TNorva::GetSpecialCharacters() const { return {}; }
 
 void TNorva::NormalString(std::string_view S, std::string& Text) { Text += S; }
 
+void TNorva::UnsafeText(std::string_view Text) {
+  if (UnsafeSeen_) return;
+  UnsafeSeen_ = true;
+  if (OnUnsafeText) OnUnsafeText(*this, Column_, Text);
+}
+
 void TNorva::GetColDataSt(int Index, bool NeedFormat, std::string& Text) {
+  Column_ = Index;
   const std::size_t start = Text.size();
   const TNorvaColumn& column = Columns[Index];
   try {

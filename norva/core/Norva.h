@@ -117,6 +117,10 @@ class NORVA_EXPORT TNorva : public TComponent {
   TGetExportTextEvent OnGetExportText;
   /// Alignment, font and background of a cell, in the formats that have them.
   TGetCellParamsEvent OnGetCellParams;
+  /// Fired for the first name, caption or cell text of an export that the format writes as it
+  /// stands although it breaks the file there; the header of a format's class says which do. Not
+  /// published: it is for hosts that want to warn.
+  TUnsafeTextEvent OnUnsafeText;
   TNotifyEvent OnEndExport;
 
   /// Exports; nothing in this class, a file or the clipboard in the bases that derive from it.
@@ -153,6 +157,9 @@ class NORVA_EXPORT TNorva : public TComponent {
   virtual TSpecialCharacters GetSpecialCharacters() const;
   /// `S` made safe for the format.
   virtual void NormalString(std::string_view S, std::string& Text);
+  /// For formats to call on a text that breaks the file, NormalString included. Fires OnUnsafeText
+  /// for the first one of an export.
+  void UnsafeText(std::string_view Text);
 
   /// The cell text of the current record: NullString for null; with `NeedFormat` the value by the
   /// column's type and picture, through NormalString (booleans and unknown types excepted); else
@@ -207,7 +214,9 @@ class NORVA_EXPORT TNorva : public TComponent {
   TNorvaSource SourceKind_ = esDataSet;  // the kind that Source_ was made for
   TNorvaWriter* Writer_ = nullptr;       // not owned; set while an export runs
   std::string Row_;
-  int FetchedIndex_ = -1;     // the column whose cell is under way ...
+  int Column_ = -1;  // the column whose caption or cell is under way
+  bool UnsafeSeen_ = false;
+  int FetchedIndex_ = -1;     // the column whose cell has been read ...
   bool FetchedNull_ = false;  // ... and whether that is null
   std::string Cell_;          // one formatted value on its way through NormalString
 };

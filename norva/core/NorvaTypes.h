@@ -68,6 +68,10 @@ using TGetExportTextEvent =
 using TGetCellParamsEvent = std::function<void(
     TObject& Sender, std::int32_t RecNo, std::int32_t ColNo, const std::string& Value,
     TNorvaColAlign& Align, TFont& AFont, TColor& Background)>;
+/// `Text` is what the format writes as it stands: a cell of column `ColNo`, or, with `ColNo` -1, a
+/// column's name or caption.
+using TUnsafeTextEvent =
+    std::function<void(TObject& Sender, std::int32_t ColNo, std::string_view Text)>;
 /// `CanContinue` is false when the export was aborted; setting it true lets it go on.
 using TNorvaStopEvent = std::function<void(TObject& Sender, bool& CanContinue)>;
 

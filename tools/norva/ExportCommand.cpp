@@ -7,6 +7,7 @@
 #include <limits>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <system_error>
 #include <vector>
 
@@ -90,6 +91,21 @@ std::int64_t LimitRecords(TNorva& Exporter, std::int64_t Count, const TSource& S
   return limit;
 }
 
+/// Warns of the first text that the format writes although it breaks the file.
+void WarnOfUnsafeText(TNorva& Exporter, const TFormat& Format) {
+  Exporter.OnUnsafeText = [&Exporter, &Format](TObject&, std::int32_t column,
+                                               std::string_view text) {
+    const std::string shown = ToUtf8(text);
+    if (column < 0) {
+      Say(norva::Format(MsgUnsafeName, shown, Format.Name));
+      return;
+    }
+    const std::string name = ToUtf8(Exporter.Columns[column].Name);
+    const std::int32_t record = Exporter.SkipRecCount + Exporter.RecordCounter + 1;
+    Say(norva::Format(MsgUnsafeText, name, record, shown, Format.Name));
+  };
+}
+
 /// The message of a failure, with what can be done about it.
 std::string WithAdvice(const std::exception& Error, TSource& Source) {
   const bool fromOutput = dynamic_cast<const EStreamError*>(&Error);
@@ -161,6 +177,8 @@ void ExportCommand(const TExportArguments& Arguments) {
   const std::unique_ptr<TTarget> target = MakeTarget(output.FileName, format);
   const std::int64_t count = source.DataSet().RecordCount();
   const std::int64_t expected = LimitRecords(*exporter, count, source, Arguments.Quiet);
+
+  if (!Arguments.Quiet) WarnOfUnsafeText(*exporter, format);
 
   TExportRun run(source, *exporter, *target, expected);
   run.Run(Arguments);

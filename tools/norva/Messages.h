@@ -70,6 +70,13 @@ inline constexpr const char* MsgOutOfMemory = "There is not enough memory";
 inline constexpr const char* MsgLeftOut = "Left out, because blobs are exported only by name: %s";
 inline constexpr const char* MsgAllSkipped =
     "Note: --skip leaves none of the %s; only what surrounds them is written";
+inline constexpr const char* MsgUnsafeText =
+    "Warning: column \"%s\", record %d: \"%s\" is written as it stands and may break a %s file, "
+    "here "
+    "and in what follows; see norva(1)";
+inline constexpr const char* MsgUnsafeName =
+    "Warning: the name or caption \"%s\" is written as it stands and breaks a %s file; rename the "
+    "column in a --query or give a --caption";
 inline constexpr const char* MsgDone = "%s: %s, %s, %s in %s s (%s rows/s)";
 
 }  // namespace norva::tool
