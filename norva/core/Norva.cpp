@@ -49,6 +49,11 @@ void TNorva::Notification(TComponent& Component, TOperation Operation) {
   StringGrid.Notify(Component, Operation);
 }
 
+void TNorva::MakeSource() {
+  Source_ = internal::NewSourceAdapter(*this);
+  SourceKind_ = ExportSource;
+}
+
 // The driver.
 
 void TNorva::Execute() {}
@@ -60,7 +65,12 @@ void TNorva::ExportToStream(TStream& Stream) {
 
 void TNorva::ExportThrough(TNorvaWriter& Writer) {
   Writer_ = &Writer;
-  Guarded([&] { DoExport(); }, [&] { Writer_ = nullptr; });
+  Settings_ = &FormatSettings();
+  Guarded([&] { DoExport(); },
+          [&] {
+            Writer_ = nullptr;
+            Settings_ = nullptr;
+          });
 }
 
 void TNorva::DoExport() {
@@ -75,6 +85,7 @@ void TNorva::DoExport() {
   Guarded(
       [&] {
         BeginExport();
+        CopiesTexts_ = CopiesTexts();
         if (Aborted) return;
         if (AutoCalcColWidth) Columns.AutoCalcColWidth();
         if (Aborted) return;
@@ -155,7 +166,7 @@ void TNorva::GetCaptionRow(std::string& Row) {
   for (int i = 0; i < Columns.Count(); ++i) GetColCaption(i, Row);
 }
 
-void TNorva::GetDataRow(bool NeedFormat, std::string& Row) {
+[[gnu::flatten]] void TNorva::GetDataRow(bool NeedFormat, std::string& Row) {
   for (int i = 0; i < Columns.Count(); ++i) GetColData(i, NeedFormat, Row);
 }
 
@@ -184,7 +195,7 @@ void TNorva::UnsafeText(std::string_view Text) {
   if (OnUnsafeText) OnUnsafeText(*this, Column_, Text);
 }
 
-void TNorva::GetColDataSt(int Index, bool NeedFormat, std::string& Text) {
+[[gnu::flatten]] void TNorva::GetColDataSt(int Index, bool NeedFormat, std::string& Text) {
   Column_ = Index;
   const std::size_t start = Text.size();
   const TNorvaColumn& column = Columns[Index];
@@ -216,28 +227,48 @@ bool TNorva::IsNullCell(int Index, const TFieldValue& Value) {
 void TNorva::AppendValue(const TNorvaColumn& Column, const TFieldValue& Value, bool NeedFormat,
                          std::string& Text) {
   if (NeedFormat && Column.ColType == ectString && Value.Kind == vkText) {
-    NormalString(Value.Text, Text);
+    if (CopiesTexts_) {
+      Text += Value.Text;
+    } else {
+      NormalString(Value.Text, Text);
+    }
     return;
   }
-  const TFieldType type = Source().FieldType(Column.Number);
   // On purpose: booleans and unknown types are not put through NormalString, nor is raw text.
   if (!NeedFormat || Column.ColType == ectBoolean || Column.ColType == ectUnknown) {
-    AppendFieldText(Value, type, FormatSettings(), Text);
+    AppendFieldText(Value, Column.FieldType, Settings(), Text);
+    return;
+  }
+  if (CopiesTexts_) {
+    internal::AppendCell(Column, Value, Settings(), Text);
     return;
   }
   Cell_.clear();
-  internal::AppendCell(Column, Value, type, FormatSettings(), Cell_);
+  internal::AppendCell(Column, Value, Settings(), Cell_);
   NormalString(Cell_, Text);
+}
+
+/// Whether the cell's text is known to be no longer than its column is wide, without making it.
+bool TNorva::SurelyFits(int Index) {
+  if (!CopiesTexts_ || OnGetExportText) return false;
+  const TNorvaColumn& column = Columns[Index];
+  std::size_t bound = 0;
+  try {
+    const TFieldValue value = Source().Value(column.Number);
+    bound = IsNullCell(Index, value) ? Formats.NullString.size()
+                                     : internal::LengthBound(column, value, Settings());
+  } catch (const EConvertError&) {
+    return false;  // making the text reports it
+  }
+  return column.Width > 0 && bound <= static_cast<std::size_t>(column.Width);
 }
 
 std::optional<double> TNorva::GetColNumber(int Index) {
   const TNorvaColumn& column = Columns[Index];
-  const internal::TSourceAdapter& source = Source();
   try {
-    const TFieldValue value = source.Value(column.Number);
+    const TFieldValue value = Source().Value(column.Number);
     if (IsNullCell(Index, value)) return std::nullopt;
-    return internal::TypedNumber(column.ColType, value, source.FieldType(column.Number),
-                                 FormatSettings());
+    return internal::TypedNumber(column, value, Settings());
   } catch (const EConvertError& error) {
     CellError(Index, error);
   }
@@ -254,14 +285,6 @@ void TNorva::GetCellParams(std::int32_t RecNo, std::int32_t ColNo, const std::st
 }
 
 // Navigation.
-
-internal::TSourceAdapter& TNorva::Source() {
-  if (!Source_ || SourceKind_ != ExportSource) {
-    Source_ = internal::NewSourceAdapter(*this);
-    SourceKind_ = ExportSource;
-  }
-  return *Source_;
-}
 
 void TNorva::First() {
   RecordCounter = 0;

@@ -32,6 +32,7 @@
 #include <norva/platform/Exceptions.h>
 #include <norva/platform/Export.h>
 #include <norva/platform/Guarded.h>
+#include <norva/platform/Locale.h>
 #include <norva/platform/StringList.h>
 
 namespace norva {
@@ -157,6 +158,10 @@ class NORVA_EXPORT TNorva : public TComponent {
   virtual TSpecialCharacters GetSpecialCharacters() const;
   /// `S` made safe for the format.
   virtual void NormalString(std::string_view S, std::string& Text);
+  /// Whether NormalString is known to copy every cell text as it stands; the driver then writes
+  /// cells straight into the row. Asked once an export, after BeginExport. A class that says so
+  /// must make sure that no class derived from it changes NormalString.
+  virtual bool CopiesTexts() const { return false; }
   /// For formats to call on a text that breaks the file, NormalString included. Fires OnUnsafeText
   /// for the first one of an export.
   void UnsafeText(std::string_view Text);
@@ -204,8 +209,15 @@ class NORVA_EXPORT TNorva : public TComponent {
  private:
   friend class TNorvaColumns;
 
-  internal::TSourceAdapter& Source();
+  // Asked for every cell.
+  internal::TSourceAdapter& Source() {
+    if (!Source_ || SourceKind_ != ExportSource) MakeSource();
+    return *Source_;
+  }
+  void MakeSource();
+  const TFormatSettings& Settings() const { return Settings_ ? *Settings_ : FormatSettings(); }
   void WriteRecords();
+  bool SurelyFits(int Index);
   bool IsNullCell(int Index, const TFieldValue& Value);
   void AppendValue(const TNorvaColumn& Column, const TFieldValue& Value, bool NeedFormat,
                    std::string& Text);
@@ -213,9 +225,12 @@ class NORVA_EXPORT TNorva : public TComponent {
   std::unique_ptr<internal::TSourceAdapter> Source_;
   TNorvaSource SourceKind_ = esDataSet;  // the kind that Source_ was made for
   TNorvaWriter* Writer_ = nullptr;       // not owned; set while an export runs
+  // The thread's record while an export runs, which spares looking it up for each cell.
+  const TFormatSettings* Settings_ = nullptr;
   std::string Row_;
   int Column_ = -1;  // the column whose caption or cell is under way
   bool UnsafeSeen_ = false;
+  bool CopiesTexts_ = false;  // as the format said at the start of the export
   int FetchedIndex_ = -1;     // the column whose cell has been read ...
   bool FetchedNull_ = false;  // ... and whether that is null
   std::string Cell_;          // one formatted value on its way through NormalString

@@ -22,14 +22,10 @@ std::int32_t CharWidth(std::string_view Text) { return static_cast<std::int32_t>
 
 }  // namespace
 
-const TNumberPicture& TNorvaColumn::NumberPicture() const {
-  if (Number_.Text != Format) Number_ = {Format, TNumberPicture(Format)};
-  return Number_.Picture;
-}
-
-const TDatePicture& TNorvaColumn::DatePicture() const {
-  if (Date_.Text != Format) Date_ = {Format, TDatePicture(Format)};
-  return Date_.Picture;
+void TNorvaColumn::SetFormat(std::string Value) {
+  Format_ = std::move(Value);
+  Number_.reset();
+  Date_.reset();
 }
 
 TNorvaColumn& TNorvaColumns::Add() {
@@ -79,6 +75,7 @@ void TNorvaColumns::SetColumnName(int Index) {
 void TNorvaColumns::SetColumnType(int Index) {
   TNorvaColumn& column = (*this)[Index];
   column.ColType = Exporter_.Source().ColumnType(column.Number);
+  column.FieldType = Exporter_.Source().FieldType(column.Number);
 }
 
 void TNorvaColumns::SetColumnCaption(int Index) {
@@ -98,30 +95,30 @@ void TNorvaColumns::SetColumnFormat(int Index) {
   const TNorvaFormats& formats = Exporter_.Formats;
   switch (column.ColType) {
     case ectInteger:
-      column.Format = formats.IntegerFormat();
+      column.SetFormat(formats.IntegerFormat());
       break;
     case ectFloat:
-      column.Format = formats.FloatFormat();
+      column.SetFormat(formats.FloatFormat());
       break;
     case ectCurrency:
-      column.Format = formats.CurrencyFormat();
+      column.SetFormat(formats.CurrencyFormat());
       break;
     case ectDate:
-      column.Format = formats.DateFormat();
+      column.SetFormat(formats.DateFormat());
       break;
     case ectTime:
-      column.Format = formats.TimeFormat();
+      column.SetFormat(formats.TimeFormat());
       break;
     case ectDateTime:
-      column.Format = formats.DateTimeFormat();
+      column.SetFormat(formats.DateTimeFormat());
       break;
     case ectString:
     case ectBoolean:
     case ectUnknown:
-      column.Format.clear();
+      column.SetFormat({});
       break;
   }
-  if (const auto user = UserValue(Exporter_.UserFormats, column.Name)) column.Format = *user;
+  if (const auto user = UserValue(Exporter_.UserFormats, column.Name)) column.SetFormat(*user);
 }
 
 void TNorvaColumns::SetColumnAlign(int Index) {
@@ -172,10 +169,14 @@ void TNorvaColumns::AutoCalcColWidth() {
 void TNorvaColumns::WidenToRecord() {
   std::string& text = Exporter_.RowBuffer();
   for (int i = 0; i < Count(); ++i) {
+    if (Exporter_.SurelyFits(i)) continue;
     text.clear();
     Exporter_.GetColDataSt(i, true, text);
     TNorvaColumn& column = (*this)[i];
-    column.Width = std::max(column.Width, CharWidth(text));
+    // A text has no more characters than bytes.
+    if (text.size() > static_cast<std::size_t>(std::max(column.Width, 0))) {
+      column.Width = std::max(column.Width, CharWidth(text));
+    }
   }
 }
 

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -31,31 +32,39 @@ class NORVA_EXPORT TNorvaColumn {
   std::int32_t Width = 0;
   TNorvaColAlign Align = ecaLeft;
   /// The picture of the values; empty for texts, booleans and unknown types unless given.
-  std::string Format;
+  const std::string& Format() const { return Format_; }
+  void SetFormat(std::string Value);
   /// The type in CREATE TABLE; empty for list views and string grids.
   std::string SQLType;
   /// The greatest length of a text in characters; 0 for other types.
   std::int32_t Length = 0;
+  /// How the source declares the values; ftString for list views and string grids.
+  TFieldType FieldType = ftUnknown;
   /// Free for the exporters.
   std::int32_t Tag = 0;
 
   bool IsNumeric() const {
     return ColType == ectInteger || ColType == ectFloat || ColType == ectCurrency;
   }
+  bool IsDateTime() const {
+    return ColType == ectDate || ColType == ectTime || ColType == ectDateTime;
+  }
   bool IsString() const { return ColType == ectString; }
 
-  /// `Format`, parsed as a number or a date picture; parsed again only after it has changed.
-  const TNumberPicture& NumberPicture() const;
-  const TDatePicture& DatePicture() const;
+  /// Format, parsed as a number or a date picture.
+  const TNumberPicture& NumberPicture() const {
+    if (!Number_) Number_.emplace(Format_);
+    return *Number_;
+  }
+  const TDatePicture& DatePicture() const {
+    if (!Date_) Date_.emplace(Format_);
+    return *Date_;
+  }
 
  private:
-  template <class TPicture>
-  struct TParsed {
-    std::string Text;
-    TPicture Picture;
-  };
-  mutable TParsed<TNumberPicture> Number_;
-  mutable TParsed<TDatePicture> Date_;
+  std::string Format_;
+  mutable std::optional<TNumberPicture> Number_;  // parsed when first asked for
+  mutable std::optional<TDatePicture> Date_;
 };
 
 /// The list of columns of one exporter; refilled by each BeginExport and kept after the export.

@@ -10,38 +10,9 @@
 
 namespace norva {
 
-TFieldValue TFieldValue::OfText(std::string_view Value) {
-  TFieldValue value;
-  value.Kind = vkText;
-  value.Text = Value;
-  return value;
-}
-
-TFieldValue TFieldValue::OfInteger(std::int64_t Value) {
-  TFieldValue value;
-  value.Kind = vkInteger;
-  value.Integer = Value;
-  return value;
-}
-
-TFieldValue TFieldValue::OfFloat(double Value) {
-  TFieldValue value;
-  value.Kind = vkFloat;
-  value.Float = Value;
-  return value;
-}
-
-TFieldValue TFieldValue::OfBoolean(bool Value) {
-  TFieldValue value;
-  value.Kind = vkBoolean;
-  value.Boolean = Value;
-  return value;
-}
-
-TFieldValue TFieldValue::OfDateTime(double Value) {
-  TFieldValue value;
-  value.Kind = vkDateTime;
-  value.Float = Value;
+TDateTime TFieldValue::DateTime() const {
+  TDateTime value = Float;
+  if (Decoded_) TryEncodeDateTime(Parts_, value);
   return value;
 }
 
@@ -72,7 +43,7 @@ void AppendFieldText(const TFieldValue& Value, TFieldType Type, const TFormatSet
       (Type == ftDate   ? datePicture
        : Type == ftTime ? timePicture
                         : dateTimePicture)
-          .Append(Value.Float, Settings, Out);
+          .Append(Value.Parts(), Settings, Out);
       return;
   }
 }

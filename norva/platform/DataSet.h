@@ -11,6 +11,7 @@
 #include <vector>
 
 #include <norva/platform/Component.h>
+#include <norva/platform/DateTime.h>
 #include <norva/platform/Enums.h>
 #include <norva/platform/Export.h>
 #include <norva/platform/Locale.h>
@@ -54,26 +55,70 @@ enum TValueKind : std::uint8_t {
   vkInteger,
   vkFloat,
   vkBoolean,
-  vkDateTime,  ///< a day number; the field's type says whether date, time or both are shown
+  vkDateTime,  ///< the field's type says whether date, time or both are shown
 };
 
 /// The value of one field of the current record, cheap to copy.
-struct NORVA_EXPORT TFieldValue {
+class TFieldValue {
+ public:
   TValueKind Kind = vkNull;
   union {
+    /// In the active code page; valid until the set moves or closes.
+    std::string_view Text;
     std::int64_t Integer;
-    double Float;  ///< also the day number of vkDateTime
+    double Float;
     bool Boolean;
   };
-  /// The text of vkText, in the active code page; valid until the set moves or closes.
-  std::string_view Text;
 
   TFieldValue() : Integer(0) {}
-  static TFieldValue OfText(std::string_view Value);
-  static TFieldValue OfInteger(std::int64_t Value);
-  static TFieldValue OfFloat(double Value);
-  static TFieldValue OfBoolean(bool Value);
-  static TFieldValue OfDateTime(double Value);
+  static TFieldValue OfText(std::string_view Value) {
+    TFieldValue value(vkText);
+    value.Text = Value;
+    return value;
+  }
+  static TFieldValue OfInteger(std::int64_t Value) {
+    TFieldValue value(vkInteger);
+    value.Integer = Value;
+    return value;
+  }
+  static TFieldValue OfFloat(double Value) {
+    TFieldValue value(vkFloat);
+    value.Float = Value;
+    return value;
+  }
+  static TFieldValue OfBoolean(bool Value) {
+    TFieldValue value(vkBoolean);
+    value.Boolean = Value;
+    return value;
+  }
+  static TFieldValue OfDateTime(TDateTime Value) {
+    TFieldValue value(vkDateTime);
+    value.Float = Value;
+    return value;
+  }
+  /// `Parts` must name an existing date and time. A source that has them spares a text format the
+  /// way over the day number and back.
+  static TFieldValue OfDateTime(const TDateTimeParts& Parts) {
+    TFieldValue value(vkDateTime);
+    value.Decoded_ = true;
+    value.Parts_ = Parts;
+    return value;
+  }
+
+  // Of vkDateTime.
+  /// Whether it comes as parts, which are always valid.
+  bool Decoded() const { return Decoded_; }
+  NORVA_EXPORT TDateTime DateTime() const;
+  /// Throws EConvertError for a day number outside the range.
+  TDateTimeParts Parts() const { return Decoded_ ? Parts_ : DecodeDateTime(Float); }
+
+ private:
+  explicit TFieldValue(TValueKind Of) : Kind(Of), Integer(0) {}
+
+  bool Decoded_ = false;  // vkDateTime is in Parts_, else in Float
+  union {                 // not set for other kinds: this is made for every cell
+    TDateTimeParts Parts_;
+  };
 };
 
 /// Appends the text of `Value`: integers in decimal, floats as FloatToStr, booleans `True` or

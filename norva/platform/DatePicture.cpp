@@ -43,13 +43,16 @@ enum TDateItemKind : std::uint8_t {
 /// a buffer, for one append in place of one each.
 class TDateSink {
  public:
-  TDateSink(const TDateTimeParts& Parts, std::int32_t DayNumber, const TFormatSettings& Settings,
-            std::string& Out)
-      : Parts_(Parts), DayNumber_(DayNumber), Settings_(Settings), Out_(Out) {}
+  TDateSink(const TDateTimeParts& Parts, const TFormatSettings& Settings, std::string& Out)
+      : Parts_(Parts), Settings_(Settings), Out_(Out) {}
 
   const TDateTimeParts& Parts() const { return Parts_; }
   const TFormatSettings& Settings() const { return Settings_; }
-  int Weekday() const { return WeekdayOf(DayNumber_); }
+  int Weekday() const {
+    std::int32_t day = 0;
+    TryEncodeDate(Parts_.Year, Parts_.Month, Parts_.Day, day);
+    return WeekdayOf(day);
+  }
 
   void Char(char C) { *Room(1) = C; }
 
@@ -92,7 +95,6 @@ class TDateSink {
   }
 
   const TDateTimeParts& Parts_;
-  const std::int32_t DayNumber_;
   const TFormatSettings& Settings_;
   std::string& Out_;
   std::size_t Used_ = 0;
@@ -255,16 +257,54 @@ bool TDatePicture::FollowsHour() const {
 
 void TDatePicture::Append(TDateTime Value, const TFormatSettings& Settings,
                           std::string& Out) const {
-  std::int32_t dayNumber;
-  const TDateTimeParts parts = DecodeDateTime(Value, dayNumber);
-  Append(parts, dayNumber, Settings, Out);
+  Append(DecodeDateTime(Value), Settings, Out);
 }
 
-void TDatePicture::Append(const TDateTimeParts& Parts, std::int32_t DayNumber,
-                          const TFormatSettings& Settings, std::string& Out) const {
-  TDateSink sink(Parts, DayNumber, Settings, Out);
+void TDatePicture::Append(const TDateTimeParts& Parts, const TFormatSettings& Settings,
+                          std::string& Out) const {
+  TDateSink sink(Parts, Settings, Out);
   Write(sink, 0);
   sink.Flush();
+}
+
+std::size_t TDatePicture::LengthBound(const TFormatSettings& Settings) const {
+  constexpr std::size_t year = 4;  // the longest number
+  std::size_t bound = 0;
+  for (const TDateItem& item : Items_) {
+    switch (item.Kind) {
+      case diShortDayName:
+      case diLongDayName:
+      case diShortMonthName:
+      case diLongMonthName:
+      case diGeneral:
+      case diShortDate:
+      case diLongDate:
+      case diShortTime:
+      case diLongTime:
+        return SIZE_MAX;
+      case diLiteral:
+      case diSpelledHalf:
+        bound += item.Length;
+        break;
+      case diLocaleHalf:
+        bound += std::max(Settings.TimeAMString.size(), Settings.TimePMString.size());
+        break;
+      case diDateSeparator:
+      case diTimeSeparator:
+        ++bound;
+        break;
+      case diYear4:
+        bound += year;
+        break;
+      case diMSec:
+      case diMSec3:
+        bound += 3;
+        break;
+      default:
+        bound += 2;
+    }
+  }
+  return bound;
 }
 
 std::string_view TDatePicture::TextOf(const TDateItem& Item) const {

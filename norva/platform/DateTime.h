@@ -82,10 +82,12 @@ class NORVA_EXPORT TDatePicture {
   /// taken from `Settings` at the time of the call; they nest two deep, deeper ones write nothing.
   /// Throws EConvertError, with `Out` unchanged, for NaN and values outside the range.
   void Append(TDateTime Value, const TFormatSettings& Settings, std::string& Out) const;
-  /// The same for a value that is decoded already, whose day number is `DayNumber`. The parts
-  /// must name an existing date and time of day; they are not checked again.
-  void Append(const TDateTimeParts& Parts, std::int32_t DayNumber, const TFormatSettings& Settings,
-              std::string& Out) const;
+  /// The same for a value that is decoded already. The parts must name an existing date and time of
+  /// day; they are not checked again.
+  void Append(const TDateTimeParts& Parts, const TFormatSettings& Settings, std::string& Out) const;
+  /// At least the number of bytes that Append writes for any value; SIZE_MAX for a picture with
+  /// names or pictures of the locale.
+  std::size_t LengthBound(const TFormatSettings& Settings) const;
 
  private:
   std::size_t ReadItem(std::size_t At);

@@ -22,6 +22,7 @@ constexpr int MaxPlainInteger = 24;
 constexpr std::size_t MaxPlainSeparator = 8;
 constexpr int MaxPlainDecimals = static_cast<int>(internal::PowersOf10.size()) - 1;
 constexpr std::size_t PlainBuffer = 128;
+constexpr double MaxBounded = 1e15;  // for LengthBound: well within 64 bits
 
 // "000" to "999", one after the other.
 constexpr std::array<char, 3000> Triples = [] {
@@ -32,6 +33,13 @@ constexpr std::array<char, 3000> Triples = [] {
     text[3 * i + 2] = static_cast<char>('0' + i % 10);
   }
   return text;
+}();
+
+// The least numbers with 1, 2, 3 ... digits; 0 has none.
+constexpr std::array<std::uint64_t, 20> Thresholds = [] {
+  std::array<std::uint64_t, 20> powers{1};
+  for (std::size_t i = 1; i < powers.size(); ++i) powers[i] = 10 * powers[i - 1];
+  return powers;
 }();
 
 // Length of the section that `Text` begins with; a `;` inside quotes does not end it.
@@ -212,6 +220,35 @@ void TNumberPicture::AppendDecimal(TDecimal Value, const TSection& Section,
 
 bool TNumberPicture::TSection::CanWritePlain(const TFormatSettings& Settings) const {
   return Plain && (!Grouping || Settings.ThousandSeparator.size() <= MaxPlainSeparator);
+}
+
+// What AppendPlain writes for the integer digits of `Whole` and `Decimals` decimals.
+std::size_t TNumberPicture::TSection::PlainLength(bool Negative, std::uint64_t Whole, int Decimals,
+                                                  const TFormatSettings& Settings) const {
+  std::size_t digits = static_cast<std::size_t>(MinInteger);
+  while (digits < Thresholds.size() && Whole >= Thresholds[digits]) ++digits;
+  std::size_t length = digits + Prefix.size() + Suffix.size() + (Negative ? 1 : 0);
+  if (Decimals > 0) length += static_cast<std::size_t>(Decimals) + 1;
+  if (Grouping && digits > 3) length += (digits - 1) / 3 * Settings.ThousandSeparator.size();
+  return length;
+}
+
+std::size_t TNumberPicture::LengthBound(double Value, const TFormatSettings& Settings) const {
+  const TSection& section = SectionFor(Value < 0, Value == 0);
+  // Written so that NaN fails it. Rounding may carry into one digit more than Value has.
+  if (!(std::fabs(Value) < MaxBounded) || !section.CanWritePlain(Settings)) return SIZE_MAX;
+  const TSection& zero = SectionFor(false, true);
+  if (&zero != &section && std::fabs(Value) < 1) return SIZE_MAX;  // it may be shown as zero
+  const auto whole = static_cast<std::uint64_t>(std::fabs(Value)) + 1;
+  return section.PlainLength(Value < 0 && &section == &Sections_[0], whole, section.DecimalPlaces,
+                             Settings);
+}
+
+std::size_t TNumberPicture::LengthBound(std::int64_t Value, const TFormatSettings& Settings) const {
+  const TSection& section = SectionFor(Value < 0, Value == 0);
+  if (!section.CanWritePlain(Settings)) return SIZE_MAX;
+  return section.PlainLength(Value < 0 && &section == &Sections_[0], MagnitudeOf(Value),
+                             section.DecimalPlaces, Settings);
 }
 
 // Writes `Scaled` / 10^`Decimals`, which has at most DecimalPlaces decimals, from its last digit

@@ -19,6 +19,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -49,6 +50,10 @@ class NORVA_EXPORT TNumberPicture {
   /// gives the general form unless the section has an exponent.
   void Append(double Value, const TFormatSettings& Settings, std::string& Out) const;
   void Append(std::int64_t Value, const TFormatSettings& Settings, std::string& Out) const;
+  /// At least the number of bytes that Append writes for `Value`, found without writing them;
+  /// SIZE_MAX where only writing can tell.
+  std::size_t LengthBound(double Value, const TFormatSettings& Settings) const;
+  std::size_t LengthBound(std::int64_t Value, const TFormatSettings& Settings) const;
 
  private:
   enum TPartKind : std::uint8_t { pkLiteral, pkIntegerPlace, pkDecimalPlace, pkExponent };
@@ -64,6 +69,8 @@ class NORVA_EXPORT TNumberPicture {
     void FindPlainShape();
 
     bool CanWritePlain(const TFormatSettings& Settings) const;
+    std::size_t PlainLength(bool Negative, std::uint64_t Whole, int Decimals,
+                            const TFormatSettings& Settings) const;
     void AppendPlain(bool Negative, std::uint64_t Scaled, int Decimals,
                      const TFormatSettings& Settings, std::string& Out) const;
     void AppendParts(internal::TDecimal Value, const TFormatSettings& Settings,

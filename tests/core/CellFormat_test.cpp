@@ -51,6 +51,26 @@ std::string Shown(TFieldType Type, TFieldValue Value, const char* Picture, bool 
   return ExportedOrError(exporter);
 }
 
+/// Widens its column to the cell, without making the text where that is not needed; or by way of
+/// the text, because a handler may change it.
+class TWidening : public TNorvaText {
+ public:
+  std::string_view ClassName() const override { return "TWidening"; }
+  int Width(TOneCell& Set, const char* Picture, bool ByText) {
+    DataSet = &Set;
+    AllowCaptions = false;
+    AutoCalcColWidth = true;
+    ColumnsWidth.SetValue("Cell", "6");
+    UserFormats.SetValue("Cell", Picture);
+    if (ByText) OnGetExportText = [](TObject&, std::int32_t, std::string&) {};
+    const bool failed = ExportedOrError(*this).starts_with("!");
+    return failed ? -1 : Columns[0].Width;
+  }
+
+ protected:
+  bool CopiesTexts() const override { return true; }
+};
+
 /// The locales of the vectors, and ones whose texts lose something or are not read back at all.
 std::vector<TFormatSettings> Locales() {
   std::vector<TFormatSettings> locales;
@@ -102,6 +122,7 @@ std::vector<TypeCase> TypeCases() {
                          45322.525706018, 45322.99999999999, -1.25, -0.75, -400000.1, -693593.0,
                          20000.75, 2958465.5, 2958466.0, -700000.0, std::nan("")}) {
     moments.push_back(TFieldValue::OfDateTime(d));
+    if (std::fabs(d) < 690000) moments.push_back(TFieldValue::OfDateTime(DecodeDateTime(d)));
   }
   std::vector<TFieldValue> numbers = integers;
   numbers.insert(numbers.end(), floats.begin(), floats.end());
@@ -137,6 +158,9 @@ TEST(CellFormat, TypedValuesGiveTheBytesOfTheirTexts) {
               << EnumToStr(c.Type) << ", value " << value.Integer << " or " << value.Float
               << ", picture " << picture << ", dates " << settings.ShortDateFormat << " "
               << settings.LongTimeFormat;
+          TOneCell set(c.Type, value, false);
+          EXPECT_EQ(TWidening().Width(set, picture, false), TWidening().Width(set, picture, true))
+              << text << ", picture " << picture;
           errors += text.starts_with("!Column");
         }
       }

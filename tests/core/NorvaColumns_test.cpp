@@ -94,7 +94,7 @@ TEST(NorvaColumns, FillsUpToTheFirstThatIsNotExported) {
 std::string Attributes(const TNorvaColumn& Column) {
   return Format("%d %s %s \"%s\" %d %s \"%s\" \"%s\" %d/", Column.Number, Column.Name,
                 NorvaColTypeAsString(Column.ColType), Column.Caption, Column.Width,
-                EnumToStr(Column.Align).substr(3), Column.Format, Column.SQLType, Column.Length);
+                EnumToStr(Column.Align).substr(3), Column.Format(), Column.SQLType, Column.Length);
 }
 
 struct AttributeCase {
@@ -180,7 +180,7 @@ TEST(NorvaColumns, AlignsAndFormatsByType) {
     exporter.Columns.Fill();
     const TNorvaColumn& column = exporter.Columns[0];
     EXPECT_EQ(Format("%s %s %s", NorvaColTypeAsString(column.ColType),
-                     EnumToStr(column.Align).substr(3), column.Format),
+                     EnumToStr(column.Align).substr(3), column.Format()),
               c.Expected);
   }
 }

@@ -66,7 +66,7 @@ void ColumnsCommand(const TSourceArguments& Arguments) {
     const TNorvaColumn& column = exporter.Columns[i];
     const bool isExported = exported.IndexOf(column.Name) >= 0;
     table.Add({std::to_string(column.Number), column.Name, NorvaColTypeAsString(column.ColType),
-               column.Caption, std::to_string(column.Width), AlignText(column.Align), column.Format,
+               column.Caption, std::to_string(column.Width), AlignText(column.Align), column.Format(),
                column.SQLType, std::to_string(column.Length),
                isExported ? "exported" : "available"});
   }

@@ -22,19 +22,19 @@ bool TextKeepsNumbers(const TFormatSettings& Settings) {
   return Settings.DecimalSeparator == '.' || Settings.DecimalSeparator == ',';
 }
 
-void AppendInteger(const TNorvaColumn& Column, const TFieldValue& Value, TFieldType Type,
+void AppendInteger(const TNorvaColumn& Column, const TFieldValue& Value,
                    const TFormatSettings& Settings, std::string& Out) {
   std::int64_t number = Value.Integer;
   if (Value.Kind != vkInteger) {
     std::string buffer;
-    number = StrToInt64Def(OwnText(Value, Type, Settings, buffer), 0);
+    number = StrToInt64Def(OwnText(Value, Column.FieldType, Settings, buffer), 0);
   }
   Column.NumberPicture().Append(number, Settings, Out);
 }
 
 /// Drops what the text would lose: fractions of a second, the time of a date, the day of a time.
-TDateTimeParts PartsInText(TDateTime Value, TFieldType Type, std::int32_t& Day) {
-  TDateTimeParts parts = DecodeDateTime(Value, Day);
+TDateTimeParts PartsInText(const TFieldValue& Value, TFieldType Type) {
+  TDateTimeParts parts = Value.Parts();
   parts.Millisecond = 0;
   if (Type == ftDate) parts.Hour = parts.Minute = parts.Second = 0;
   if (Type == ftTime) {
@@ -42,7 +42,6 @@ TDateTimeParts PartsInText(TDateTime Value, TFieldType Type, std::int32_t& Day) 
     parts.Year = dayZero.Year;
     parts.Month = dayZero.Month;
     parts.Day = dayZero.Day;
-    Day = 0;
   }
   return parts;
 }
@@ -58,33 +57,31 @@ std::optional<double> TypedFloat(const TFieldValue& Value, const TFormatSettings
 std::optional<double> TypedMoment(const TFieldValue& Value, TFieldType Type,
                                   const TFormatSettings& Settings) {
   if (Value.Kind != vkDateTime || !TextKeepsDateTime(Type, Settings)) return std::nullopt;
-  std::int32_t day = 0;
   TDateTime moment = 0;
-  TryEncodeDateTime(PartsInText(Value.Float, Type, day), moment);
+  TryEncodeDateTime(PartsInText(Value, Type), moment);
   return moment;
 }
 
-void AppendFloat(const TNorvaColumn& Column, const TFieldValue& Value, TFieldType Type,
+void AppendFloat(const TNorvaColumn& Column, const TFieldValue& Value,
                  const TFormatSettings& Settings, std::string& Out) {
   std::optional<double> number = TypedFloat(Value, Settings);
   if (!number) {
     std::string buffer;
-    number = StrToFloat(OwnText(Value, Type, Settings, buffer));
+    number = StrToFloat(OwnText(Value, Column.FieldType, Settings, buffer));
   }
   Column.NumberPicture().Append(*number, Settings, Out);
 }
 
-void AppendMoment(const TNorvaColumn& Column, const TFieldValue& Value, TFieldType Type,
+void AppendMoment(const TNorvaColumn& Column, const TFieldValue& Value,
                   const TFormatSettings& Settings, std::string& Out) {
   const TDatePicture& picture = Column.DatePicture();
-  if (Value.Kind != vkDateTime || !TextKeepsDateTime(Type, Settings)) {
+  if (Value.Kind != vkDateTime || !TextKeepsDateTime(Column.FieldType, Settings)) {
     std::string buffer;
-    picture.Append(StrToDateTime(OwnText(Value, Type, Settings, buffer)), Settings, Out);
+    picture.Append(StrToDateTime(OwnText(Value, Column.FieldType, Settings, buffer)), Settings,
+                   Out);
     return;
   }
-  std::int32_t day = 0;
-  const TDateTimeParts parts = PartsInText(Value.Float, Type, day);
-  picture.Append(parts, day, Settings, Out);
+  picture.Append(PartsInText(Value, Column.FieldType), Settings, Out);
 }
 
 /// Reads a picture run by run.
@@ -174,9 +171,9 @@ bool TextKeepsDateTime(TFieldType Type, const TFormatSettings& Settings) {
   return (Type == ftTime || last.Date) && (Type == ftDate || last.Time);
 }
 
-std::optional<double> TypedNumber(TNorvaColType ColType, const TFieldValue& Value, TFieldType Type,
+std::optional<double> TypedNumber(const TNorvaColumn& Column, const TFieldValue& Value,
                                   const TFormatSettings& Settings) {
-  switch (ColType) {
+  switch (Column.ColType) {
     case ectInteger:
     case ectFloat:
     case ectCurrency:
@@ -184,28 +181,53 @@ std::optional<double> TypedNumber(TNorvaColType ColType, const TFieldValue& Valu
     case ectDate:
     case ectTime:
     case ectDateTime:
-      return TypedMoment(Value, Type, Settings);
+      return TypedMoment(Value, Column.FieldType, Settings);
     default:
       return std::nullopt;
   }
 }
 
-void AppendCell(const TNorvaColumn& Column, const TFieldValue& Value, TFieldType Type,
+std::size_t LengthBound(const TNorvaColumn& Column, const TFieldValue& Value,
+                        const TFormatSettings& Settings) {
+  switch (Value.Kind) {
+    case vkText:
+      return Column.IsString() ? Value.Text.size() : SIZE_MAX;
+    case vkInteger:
+      return Column.ColType == ectInteger
+                 ? Column.NumberPicture().LengthBound(Value.Integer, Settings)
+                 : SIZE_MAX;
+    case vkFloat:
+      if (Column.ColType != ectFloat && Column.ColType != ectCurrency) return SIZE_MAX;
+      return TextKeepsNumbers(Settings) ? Column.NumberPicture().LengthBound(Value.Float, Settings)
+                                        : SIZE_MAX;
+    case vkDateTime:
+      if (!Column.IsDateTime() || !Value.Decoded()) return SIZE_MAX;
+      return TextKeepsDateTime(Column.FieldType, Settings)
+                 ? Column.DatePicture().LengthBound(Settings)
+                 : SIZE_MAX;
+    case vkNull:
+    case vkBoolean:
+      break;
+  }
+  return SIZE_MAX;
+}
+
+void AppendCell(const TNorvaColumn& Column, const TFieldValue& Value,
                 const TFormatSettings& Settings, std::string& Out) {
   switch (Column.ColType) {
     case ectInteger:
-      return AppendInteger(Column, Value, Type, Settings, Out);
+      return AppendInteger(Column, Value, Settings, Out);
     case ectFloat:
     case ectCurrency:
-      return AppendFloat(Column, Value, Type, Settings, Out);
+      return AppendFloat(Column, Value, Settings, Out);
     case ectDate:
     case ectTime:
     case ectDateTime:
-      return AppendMoment(Column, Value, Type, Settings, Out);
+      return AppendMoment(Column, Value, Settings, Out);
     case ectString:
     case ectBoolean:
     case ectUnknown:
-      return AppendFieldText(Value, Type, Settings, Out);
+      return AppendFieldText(Value, Column.FieldType, Settings, Out);
   }
 }
 

@@ -1,6 +1,7 @@
 /// Formats one cell by its column's type and picture.
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 
@@ -14,12 +15,17 @@ namespace norva::internal {
 /// the value's own text: that text is parsed and the result put through the picture. A value that
 /// comes typed takes a shortcut where this gives the same bytes. Throws EConvertError for a text
 /// that is no such value; text that is no integer counts as 0. Other columns show the own text.
-void AppendCell(const TNorvaColumn& Column, const TFieldValue& Value, TFieldType Type,
+void AppendCell(const TNorvaColumn& Column, const TFieldValue& Value,
                 const TFormatSettings& Settings, std::string& Out);
+
+/// At least the number of bytes that AppendCell appends, found without making the text; SIZE_MAX
+/// where only the text can tell, or where there may be none.
+std::size_t LengthBound(const TNorvaColumn& Column, const TFieldValue& Value,
+                        const TFormatSettings& Settings);
 
 /// The number, or the day number, that the own text of a typed value is read back as in a number,
 /// date or time column. Nothing for other columns and where only the text can tell.
-std::optional<double> TypedNumber(TNorvaColType ColType, const TFieldValue& Value, TFieldType Type,
+std::optional<double> TypedNumber(const TNorvaColumn& Column, const TFieldValue& Value,
                                   const TFormatSettings& Settings);
 
 /// Whether a date or time of field type `Type`, written as text by `Settings`, is read back as the

@@ -151,7 +151,7 @@ int TNorvaXLS::AddNewXF(TxlsXFormat& XFormat, const TxlsTextFormat& TextFormat,
 void TNorvaXLS::AddColsToFormatList() {
   if (ColStyles.Count() == 0) return;
   for (int i = 0; i < Columns.Count(); ++i) {
-    const int xf = AddXF(Columns[i].Format, &ColStyles[i % ColStyles.Count()]);
+    const int xf = AddXF(Columns[i].Format(), &ColStyles[i % ColStyles.Count()]);
     ColRowXFs_.Add({i, static_cast<std::uint16_t>(xf)});
   }
 }
@@ -161,7 +161,7 @@ void TNorvaXLS::AddRowsToFormatList() {
   RowStyleCount_ = RowStyles.Count();
   for (int s = 0; s < RowStyleCount_; ++s) {
     for (int i = 0; i < Columns.Count(); ++i) {
-      const int xf = AddXF(Columns[i].Format, &RowStyles[s]);
+      const int xf = AddXF(Columns[i].Format(), &RowStyles[s]);
       ColRowXFs_.Add({s * RowStyleFactor + i, static_cast<std::uint16_t>(xf)});
     }
   }
@@ -170,7 +170,7 @@ void TNorvaXLS::AddRowsToFormatList() {
 void TNorvaXLS::AddColumnToFormatList(int Col) {
   const TNorvaColumn& column = Columns[Col];
   const int position = FieldFormats.IndexByName(column.Name);
-  const int xf = AddXF(column.Format, position < 0 ? nullptr : &FieldFormats[position]);
+  const int xf = AddXF(column.Format(), position < 0 ? nullptr : &FieldFormats[position]);
   if (xf == DefaultXF || FieldXFs_.FormatIndexByFieldName(column.Name) >= 0) return;
   FieldXFs_.Add({column.Name, static_cast<std::uint16_t>(xf)});
 }
@@ -203,7 +203,7 @@ int TNorvaXLS::GetEventXF(int Col, int XF) {
     format.Assign(Options.DataFormat);
   }
   OnGetDataParams(*this, StartDataCol + Col, CurrentRow_, format, formatText);
-  return AddXF(formatText.empty() ? Columns[Col].Format : formatText, &format);
+  return AddXF(formatText.empty() ? Columns[Col].Format() : formatText, &format);
 }
 
 // Rows.

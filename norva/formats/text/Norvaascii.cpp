@@ -1,6 +1,7 @@
 #include <norva/formats/text/Norvaascii.h>
 
 #include <charconv>
+#include <typeinfo>
 
 #include <norva/core/Norvacommon.h>
 #include <norva/platform/Property.h>
@@ -188,7 +189,7 @@ void TNorvaASCII::GetDataRow(bool NeedFormat, std::string& Row) {
   EndRow(Row);
 }
 
-void TNorvaASCII::GetColData(int Index, bool NeedFormat, std::string& Text) {
+[[gnu::flatten]] void TNorvaASCII::GetColData(int Index, bool NeedFormat, std::string& Text) {
   if (ExportType_ == etDIF) BeginTuple(Index, Text);
   if (ExportType_ == etSYLK) {
     Text += "C;X";
@@ -232,19 +233,22 @@ void TNorvaASCII::EndRow(std::string& Row) const {
   if (ExportType_ == etTXT || ExportType_ == etCSV) Row += "\r\n";
 }
 
-void TNorvaASCII::NormalString(std::string_view S, std::string& Text) {
+bool TNorvaASCII::CopiesTexts() const {
+  return typeid(*this) == typeid(TNorvaASCII) && ExportType_ != etCSV;
+}
+
+[[gnu::flatten]] void TNorvaASCII::NormalString(std::string_view S, std::string& Text) {
   if (S.empty() || ExportType_ != etCSV || !CSVQuoteStrings) {
     TNorvaFormatText::NormalString(S, Text);
     return;
   }
-  if (S.find('"') == std::string_view::npos) {  // nearly every value: one write, then the text
-    const std::size_t start = Text.size();
-    Text.append(S.size() + 2, '"');
-    S.copy(Text.data() + start + 1, S.size());
-    return;
-  }
   Text += '"';
-  for (const char c : S) Text.append(c == '"' ? 2 : 1, c);
+  for (std::size_t quote; (quote = S.find('"')) != std::string_view::npos;) {
+    Text += S.substr(0, quote + 1);
+    Text += '"';
+    S.remove_prefix(quote + 1);
+  }
+  Text += S;
   Text += '"';
 }
 

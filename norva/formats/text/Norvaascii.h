@@ -78,6 +78,7 @@ class NORVA_EXPORT TNorvaASCII : public TNorvaFormatText {
   void WriteDataRow() override;
   void GetDataRow(bool NeedFormat, std::string& Row) override;
   void GetColData(int Index, bool NeedFormat, std::string& Text) override;
+  bool CopiesTexts() const override;
   void NormalString(std::string_view S, std::string& Text) override;
   void EndExport() override;
 

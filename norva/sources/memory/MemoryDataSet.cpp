@@ -66,7 +66,7 @@ bool IsDay(TDateTime Value) {
 }
 
 bool Fits(const TFieldValue& Value, TFieldType Type) {
-  if (Type == ftUnknown) return Value.Kind != vkDateTime || IsDay(Value.Float);
+  if (Type == ftUnknown) return Value.Kind != vkDateTime || IsDay(Value.DateTime());
   switch (Value.Kind) {
     case vkNull:
       return true;
@@ -79,7 +79,7 @@ bool Fits(const TFieldValue& Value, TFieldType Type) {
     case vkBoolean:
       return Type == ftBoolean;
     case vkDateTime:
-      return (Type == ftDate || Type == ftTime || Type == ftDateTime) && IsDay(Value.Float);
+      return (Type == ftDate || Type == ftTime || Type == ftDateTime) && IsDay(Value.DateTime());
   }
   return false;
 }
@@ -89,7 +89,8 @@ bool Fits(const TFieldValue& Value, TFieldType Type) {
 std::string Shown(const TFieldValue& Value) {
   std::string text;
   if (Value.Kind == vkText) return text.append("\"").append(Value.Text).append("\"");
-  const TFieldValue plain = Value.Kind == vkDateTime ? TFieldValue::OfFloat(Value.Float) : Value;
+  const TFieldValue plain =
+      Value.Kind == vkDateTime ? TFieldValue::OfFloat(Value.DateTime()) : Value;
   if (Value.Kind == vkDateTime) text = "day number ";
   AppendFieldText(plain, ftUnknown, TFormatSettings(), text);
   return text;

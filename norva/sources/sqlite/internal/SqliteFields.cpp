@@ -212,7 +212,7 @@ class TDateTimeField final : public TSqliteField {
       case SQLITE_NULL:
         return {};
       case SQLITE_TEXT:
-        value = TextToDateTime(TextOf(cell));
+        if (const auto parts = TextToDateTime(TextOf(cell))) return TFieldValue::OfDateTime(*parts);
         break;
       case SQLITE_INTEGER:
         value = UnixToDateTime(sqlite3_value_int64(cell));

@@ -116,11 +116,10 @@ std::optional<bool> TextToBoolean(std::string_view Text) {
   return {};
 }
 
-std::optional<TDateTime> TextToDateTime(std::string_view Text) {
+std::optional<TDateTimeParts> TextToDateTime(std::string_view Text) {
   TDateTimeParts parts;
-  TDateTime value;
-  if (!TryIsoToDateTime(Text, parts) || !TryEncodeDateTime(parts, value)) return {};
-  return value;
+  if (!TryIsoToDateTime(Text, parts)) return {};
+  return parts;
 }
 
 std::optional<TDateTime> UnixToDateTime(std::int64_t Seconds) {

@@ -28,7 +28,7 @@ std::optional<double> TextToFloat(std::string_view Text);
 std::optional<bool> TextToBoolean(std::string_view Text);
 
 /// An ISO 8601 date, time or both.
-std::optional<TDateTime> TextToDateTime(std::string_view Text);
+std::optional<TDateTimeParts> TextToDateTime(std::string_view Text);
 /// Seconds since 1 January 1970.
 std::optional<TDateTime> UnixToDateTime(std::int64_t Seconds);
 /// Days since noon of 24 November 4714 BC, to the nearest millisecond.
