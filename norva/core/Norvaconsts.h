@@ -11,6 +11,9 @@ inline constexpr const char* MsgColumnValue = "Column \"%s\", record %d: %s";
 inline constexpr const char* MsgIniValue =
     "Section \"%s\", key \"%s\": \"%s\" cannot be used: give %s";
 
+// When an RTF document has no memory to make room for a font or a colour.
+inline constexpr const char* MsgNoScratch = "VirtualAlloc failed! :-(";
+
 // Workbooks. Rows and columns are counted from 0 in the first, as the sheet's records do.
 inline constexpr const char* MsgCellTooLong = "Cell R%d,C%d: String length more than 32767 bytes";
 inline constexpr const char* MsgRecordTooMany =
