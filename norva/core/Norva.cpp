@@ -195,13 +195,15 @@ void TNorva::UnsafeText(std::string_view Text) {
   if (OnUnsafeText) OnUnsafeText(*this, Column_, Text);
 }
 
-[[gnu::flatten]] void TNorva::GetColDataSt(int Index, bool NeedFormat, std::string& Text) {
+[[gnu::flatten]] bool TNorva::GetColDataSt(int Index, bool NeedFormat, std::string& Text) {
   Column_ = Index;
   const std::size_t start = Text.size();
   const TNorvaColumn& column = Columns[Index];
+  bool null = false;
   try {
     const TFieldValue value = Source().Value(column.Number);
-    if (IsNullCell(Index, value)) {
+    null = IsNullCell(Index, value);
+    if (null) {
       Text += Formats.NullString;
     } else {
       AppendValue(column, value, NeedFormat, Text);
@@ -209,10 +211,11 @@ void TNorva::UnsafeText(std::string_view Text) {
   } catch (const EConvertError& error) {
     CellError(Index, error);
   }
-  if (!OnGetExportText) return;
+  if (!OnGetExportText) return !null;
   std::string cell = Text.substr(start);
   OnGetExportText(*this, Index, cell);
   Text.replace(start, std::string::npos, cell);
+  return !null;
 }
 
 /// What ColIsNull says, which need not fetch the value again.

@@ -168,8 +168,8 @@ class NORVA_EXPORT TNorva : public TComponent {
 
   /// The cell text of the current record: NullString for null; with `NeedFormat` the value by the
   /// column's type and picture, through NormalString (booleans and unknown types excepted); else
-  /// the source's own text. Then OnGetExportText.
-  void GetColDataSt(int Index, bool NeedFormat, std::string& Text);
+  /// the source's own text. Then OnGetExportText. False when the cell is null.
+  bool GetColDataSt(int Index, bool NeedFormat, std::string& Text);
   /// The number, or the day number, that the source's own text of a cell in a number, date or time
   /// column would be read as, without the way over the text. Nothing for null, for other columns
   /// and where only the text can tell.
