@@ -65,6 +65,13 @@ void TStream::ReadBuffer(void* Buffer, std::size_t Count) {
   if (got != Count) throw EReadError(MsgStreamEnds, got, Count);
 }
 
+void TStream::Overwrite(std::int64_t Offset, std::string_view Bytes) {
+  const std::int64_t position = Position();
+  SetPosition(Offset);
+  Write(Bytes);
+  SetPosition(position);
+}
+
 TFileStream::TFileStream(const std::string& FileName, TFileMode Mode)
     : Handle_(OpenFile(FileName, Mode)), FileName_(FileName) {
   if (Handle_ >= 0) return;
@@ -102,7 +109,7 @@ void TFileStream::Write(const void* Buffer, std::size_t Count) {
   const char* bytes = static_cast<const char*>(Buffer);
   if (Count < WriteBufferSize) {
     Buffer_.append(bytes, Count);
-  } else if (internal::WriteAll(Handle_, bytes, Count) != Count) {
+  } else if (internal::WriteAll(Handle_, bytes, Count) != Count) {  // the buffer is empty
     throw EWriteError(MsgCannotWrite, FileName_, std::strerror(errno));
   }
 }
@@ -125,15 +132,34 @@ std::int64_t TFileStream::Size() {
   return status.st_size;
 }
 
+void TFileStream::Overwrite(std::int64_t Offset, std::string_view Bytes) {
+  const bool samePlace = Offset == PatchOffset_ && Bytes.size() == Patch_.size();
+  if (!samePlace) {
+    if (!Patch_.empty()) Flush();
+    // A patch is written last. Only what lies before the position cannot be written once more
+    // meanwhile, unless somebody seeks, and that flushes.
+    if (Offset < 0 || Offset + static_cast<std::int64_t>(Bytes.size()) > Position()) {
+      return TStream::Overwrite(Offset, Bytes);
+    }
+  }
+  Patch_ = Bytes;
+  PatchOffset_ = Offset;
+}
+
 void TFileStream::Flush() {
   if (!WriteBuffer()) throw EWriteError(MsgCannotWrite, FileName_, std::strerror(errno));
 }
 
 bool TFileStream::WriteBuffer() {
-  if (Buffer_.empty()) return true;
-  const std::size_t written = internal::WriteAll(Handle_, Buffer_.data(), Buffer_.size());
-  Buffer_.erase(0, written);  // what is left is neither lost nor written twice by a retry
-  return Buffer_.empty();
+  if (!Buffer_.empty()) {
+    const std::size_t written = internal::WriteAll(Handle_, Buffer_.data(), Buffer_.size());
+    Buffer_.erase(0, written);  // what is left is neither lost nor written twice by a retry
+    if (!Buffer_.empty()) return false;
+  }
+  if (Patch_.empty()) return true;
+  if (!internal::WriteAllAt(Handle_, Patch_, PatchOffset_)) return false;
+  Patch_.clear();
+  return true;
 }
 
 void TFileStream::Close() {
@@ -141,6 +167,7 @@ void TFileStream::Close() {
   const bool flushed = WriteBuffer();
   const int flushError = errno;
   Buffer_.clear();
+  Patch_.clear();
   const bool closed = internal::THandle(std::exchange(Handle_, -1)).Close();
   if (flushed && closed) return;
   throw EWriteError(MsgCannotWrite, FileName_, std::strerror(flushed ? errno : flushError));

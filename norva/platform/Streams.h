@@ -32,6 +32,8 @@ class NORVA_EXPORT TStream {
   /// Moves the position and returns it, counted from the start.
   virtual std::int64_t Seek(std::int64_t Offset, TSeekOrigin Origin) = 0;
   virtual std::int64_t Size() = 0;
+  /// Writes `Bytes` over those at `Offset`, counted from the start; the position stays.
+  virtual void Overwrite(std::int64_t Offset, std::string_view Bytes);
   /// Hands buffered bytes to the system.
   virtual void Flush() {}
 
@@ -48,7 +50,9 @@ enum TFileMode : std::uint8_t {
 };
 
 /// A file. Writes go through a 64 KiB buffer, which is flushed before the file is read, sought
-/// within or closed; reads are unbuffered.
+/// within or closed; reads are unbuffered. So that a count at the head of a file can follow every
+/// record, one place before the position is overwritten without a flush: the bytes wait beside the
+/// buffer and are written right behind it.
 class NORVA_EXPORT TFileStream : public TStream {
  public:
   /// Throws EFCreateError or EFOpenError with the file's name and the system's reason.
@@ -61,6 +65,7 @@ class NORVA_EXPORT TFileStream : public TStream {
   void Write(const void* Buffer, std::size_t Count) override;
   std::int64_t Seek(std::int64_t Offset, TSeekOrigin Origin) override;
   std::int64_t Size() override;
+  void Overwrite(std::int64_t Offset, std::string_view Bytes) override;
   void Flush() override;
   /// Flushes and closes; throws EWriteError when either fails. The file counts as closed then.
   void Close();
@@ -68,11 +73,13 @@ class NORVA_EXPORT TFileStream : public TStream {
   const std::string& FileName() const { return FileName_; }
 
  private:
-  /// Writes the buffer out; false, with errno set, when that fails.
+  /// Writes the buffer out, then the patch; false, with errno set, when that fails.
   bool WriteBuffer();
 
-  int Handle_;          // -1 when closed
-  std::string Buffer_;  // written by the caller, not yet by the system
+  int Handle_;                    // -1 when closed
+  std::string Buffer_;            // written by the caller, not yet by the system
+  std::string Patch_;             // likewise, over the bytes at ...
+  std::int64_t PatchOffset_ = 0;  // ... which end before the position
   std::string FileName_;
 };
 

@@ -9,7 +9,10 @@
 
 #include <array>
 #include <chrono>
+#include <filesystem>
 #include <limits>
+#include <set>
+#include <sstream>
 #include <thread>
 
 #include <norva/platform/Exceptions.h>
@@ -64,6 +67,63 @@ TEST(TFileStream, FlushesBeforeReadingAndSeeking) {
   stream.Write("H");
   stream.Close();
   EXPECT_EQ(folder.Read("a"), "Header1234bodY");
+}
+
+TEST(TFileStream, OverwritesWithoutLosingTheOrder) {
+  struct Case {
+    const char* Steps;  // @n: seek; !n:text: overwrite; f: flush; else write
+    const char* Expected;
+  };
+  const Case cases[] = {
+      {"head0 body !4:1 more !4:2",      "head2bodymore"},
+      {"head0 !4:1 f body !4:2 f !4:3",  "head3body"    },
+      {"head00 !4:12 !5:3 body",         "head13body"   }, // another place, another length
+      {"0123 @0 !2:xx ab @4 cd",         "abxxcd"       }, // behind the position, then before it
+      {"0123 @1 !1:xy AB",               "0AB3"         }, // what is written later wins
+      {"0123 !1:x @1 A",                 "0A23"         },
+      {"0123 !1:x @1 A !0:B f @4 !2:yy", "BAyy"         },
+      {"01 !1:xyz",                      "0xyz"         }, // past the end
+  };
+  for (const Case& c : cases) {
+    const TTempFolder folder;
+    TFileStream file(folder.Path("a"), fmCreate);
+    TMemoryStream memory;  // has no patch: the plain way
+    std::istringstream steps(c.Steps);
+    for (std::string step; steps >> step;) {
+      for (TStream* const stream : {static_cast<TStream*>(&file), static_cast<TStream*>(&memory)}) {
+        const std::string_view text = std::string_view(step).substr(1);
+        if (step[0] == '@') {
+          stream->SetPosition(text[0] - '0');
+        } else if (step[0] == '!') {
+          stream->Overwrite(text[0] - '0', text.substr(2));
+        } else if (step == "f") {
+          stream->Flush();
+          EXPECT_EQ(folder.Read("a"), memory.Bytes()) << c.Steps;
+        } else {
+          stream->Write(step);
+        }
+      }
+      EXPECT_EQ(file.Position(), memory.Position()) << c.Steps << " at " << step;
+    }
+    file.Close();
+    EXPECT_EQ(folder.Read("a"), c.Expected) << c.Steps;
+    EXPECT_EQ(memory.Bytes(), c.Expected) << c.Steps;
+  }
+}
+
+TEST(TFileStream, ACountIsRightWheneverTheBufferIsWritten) {
+  const TTempFolder folder;
+  TFileStream stream(folder.Path("a"), fmCreate);
+  stream.Write("0000");
+  std::set<std::uintmax_t> sizes = {0};
+  for (int n = 1; n <= 3000; ++n) {
+    stream.Write(Pattern(100));
+    stream.Overwrite(0, std::to_string(10000 + n).substr(1));
+    const std::uintmax_t size = std::filesystem::file_size(folder.Path("a"));
+    if (!sizes.insert(size).second) continue;
+    EXPECT_EQ(std::stoul(folder.Read("a").substr(0, 4)), (size - 4) / 100);
+  }
+  EXPECT_EQ(sizes.size(), 5U);  // 300 KB: written when the buffer was full, not for every count
 }
 
 TEST(TFileStream, TheDestructorWritesWhatIsLeft) {

@@ -5,6 +5,8 @@
 
 #include <cerrno>
 #include <cstddef>
+#include <cstdint>
+#include <string_view>
 
 namespace norva::internal {
 
@@ -45,6 +47,20 @@ inline std::size_t WriteAll(int Handle, const char* Bytes, std::size_t Count) {
     }
   }
   return done;
+}
+
+/// The same at `Offset`, without moving the position. False, with errno set, when that fails.
+inline bool WriteAllAt(int Handle, std::string_view Bytes, std::int64_t Offset) {
+  while (!Bytes.empty()) {
+    const ssize_t written = ::pwrite(Handle, Bytes.data(), Bytes.size(), Offset);
+    if (written >= 0) {
+      Bytes.remove_prefix(static_cast<std::size_t>(written));
+      Offset += written;
+    } else if (errno != EINTR) {
+      return false;
+    }
+  }
+  return true;
 }
 
 }  // namespace norva::internal
