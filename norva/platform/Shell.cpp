@@ -1,9 +1,12 @@
 #include <norva/platform/Shell.h>
 
+#include <unistd.h>
+
 #include <filesystem>
 #include <mutex>
 #include <utility>
 
+#include <norva/platform/internal/Handles.h>
 #include <norva/platform/internal/Process.h>
 
 namespace norva {
@@ -14,10 +17,15 @@ using TShell = std::function<void(std::string_view, const std::string&)>;
 
 std::mutex ShellMutex;
 TShell Shell;
+std::function<void()> Sound;
 
 TShell CurrentShell() {
   const std::lock_guard lock(ShellMutex);
   return Shell;
+}
+
+void RingBell() {
+  if (::isatty(STDERR_FILENO) == 1) internal::WriteAll(STDERR_FILENO, "\a", 1);
 }
 
 void StartDesktopProgram(std::string_view Verb, const std::string& FileName) {
@@ -45,6 +53,20 @@ void ShellPrint(const std::string& FileName) { Perform("print", FileName); }
 void SetShell(TShell NewShell) {
   const std::lock_guard lock(ShellMutex);
   Shell = std::move(NewShell);
+}
+
+void Beep() {
+  std::function<void()> sound;
+  {
+    const std::lock_guard lock(ShellMutex);
+    sound = Sound;
+  }
+  sound ? sound() : RingBell();
+}
+
+void SetBeep(std::function<void()> NewSound) {
+  const std::lock_guard lock(ShellMutex);
+  Sound = std::move(NewSound);
 }
 
 }  // namespace norva

@@ -1,4 +1,4 @@
-/// The desktop's "open" and "print" for a finished file.
+/// The desktop's "open" and "print" for a finished file, and its beep.
 #pragma once
 
 #include <functional>
@@ -19,5 +19,11 @@ NORVA_EXPORT void ShellPrint(const std::string& FileName);
 /// throws is ignored, as all failures are. An empty function goes back to the desktop's programs.
 NORVA_EXPORT void SetShell(
     std::function<void(std::string_view Verb, const std::string& FileName)> Shell);
+
+/// Sounds the bell of the terminal that standard error is; silent where it is none.
+NORVA_EXPORT void Beep();
+/// Gives the beep to `Sound` from now on, in the whole process. An empty function goes back to the
+/// terminal's bell.
+NORVA_EXPORT void SetBeep(std::function<void()> Sound);
 
 }  // namespace norva
