@@ -27,4 +27,8 @@ inline constexpr const char* MsgCellFormatTooMany =
 inline constexpr const char* MsgWorkbookText =
     "The %s \"%s\" is too long for a workbook: give at most %d characters";
 
+// Tables.
+inline constexpr const char* MsgFieldTooMany =
+    "%d columns do not fit: a DBF table has %d fields at most; choose them with ExportedFields";
+
 }  // namespace norva
