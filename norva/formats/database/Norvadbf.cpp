@@ -108,7 +108,7 @@ void EncodeBoolean(std::size_t Start, std::size_t Length, std::string& Record) {
 
 /// Whether a text is what the way over the number would give, but for missing decimals and blanks:
 /// a number as people write it, with a point and up to four decimals, short enough for the field.
-/// It has 14 significant digits at most; so many survive the way to a double and back.
+/// It has 13 significant digits at most; so many survive the way to a double and back.
 bool IsPlainNumber(std::string_view Text, std::size_t& Decimals) {
   if (Text.size() > 1 && Text[0] == '-' && Text[1] != '0') Text.remove_prefix(1);  // not of -0
   const auto digits =

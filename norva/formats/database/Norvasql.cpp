@@ -1,7 +1,6 @@
 #include <norva/formats/database/Norvasql.h>
 
 #include <algorithm>
-#include <cstddef>
 
 #include <norva/platform/CodePages.h>
 #include <norva/platform/Locale.h>
@@ -40,6 +39,10 @@ std::string_view Trimmed(std::string_view S) {
   return S;
 }
 
+bool IsQuoted(TNorvaColType Type) {
+  return Type == ectString || Type == ectDate || Type == ectTime || Type == ectDateTime;
+}
+
 /// Doubles the quotes in `Text` from `Start` on; from the back, so that each byte moves once.
 void DoubleQuotes(std::size_t Start, std::string& Text) {
   const auto count =
@@ -53,10 +56,10 @@ void DoubleQuotes(std::size_t Start, std::string& Text) {
   }
 }
 
-/// The thread's decimal separator is a point while this lives.
+/// Makes `Separator` a point while this lives.
 class TDecimalPoint {
  public:
-  TDecimalPoint() : Separator_(FormatSettings().DecimalSeparator), Saved_(Separator_) {
+  explicit TDecimalPoint(char& Separator) : Separator_(Separator), Saved_(Separator) {
     Separator_ = '.';
   }
   ~TDecimalPoint() { Separator_ = Saved_; }
@@ -87,6 +90,7 @@ const TPropertyList& TNorvaSQL::Properties() const {
 
 void TNorvaSQL::BeginExport() {
   TNorvaAdvancedText::BeginExport();
+  Separator_ = &FormatSettings().DecimalSeparator;
   CheckNames();
   for (const std::string& line : Header) GetWriter().WriteLn(line);
   if (CreateTable && !TableName.empty()) WriteCreateTable();
@@ -138,52 +142,30 @@ void TNorvaSQL::GetDataRow(bool NeedFormat, std::string& Row) {
 }
 
 void TNorvaSQL::GetColData(int Index, bool NeedFormat, std::string& Text) {
-  if (ColIsNull(Index)) {
+  // Handlers are not called for null; without them the fetch itself finds it.
+  if (OnGetExportText && ColIsNull(Index)) {
     Text += Formats.NullString;
   } else {
-    const TDecimalPoint point;
+    const TDecimalPoint point(*Separator_);
     AppendLiteral(Index, NeedFormat, Text);
   }
   Text += ',';
 }
 
 void TNorvaSQL::AppendLiteral(int Index, bool NeedFormat, std::string& Text) {
-  switch (Columns[Index].ColType) {
-    case ectDate:
-    case ectTime:
-    case ectDateTime:
-    case ectString: {
-      Text += '\'';
-      const std::size_t start = Text.size();
-      GetColDataSt(Index, NeedFormat, Text);
-      CloseQuotes(start, Text);
-      return;
-    }
-    case ectBoolean:
-      return AppendBoolean(Index, NeedFormat, Text);
-    case ectInteger:
-    case ectFloat:
-    case ectCurrency:
-    case ectUnknown: {
-      const std::size_t start = Text.size();
-      GetColDataSt(Index, NeedFormat, Text);
-      const std::string_view value = std::string_view(Text).substr(start);
-      if (value.empty() || !IsDigit(value.back())) UnsafeText(value);
-      return;
-    }
-  }
-}
-
-void TNorvaSQL::AppendBoolean(int Index, bool NeedFormat, std::string& Text) {
+  const TNorvaColType type = Columns[Index].ColType;
+  const bool quoted = IsQuoted(type);
+  if (quoted) Text += '\'';
   const std::size_t start = Text.size();
-  GetColDataSt(Index, NeedFormat, Text);
-  if (NeedFormat || OnGetExportText) {  // else it would be the same text again
-    Text.resize(start);
-    GetColDataSt(Index, false, Text);
+  if (!GetColDataSt(Index, NeedFormat, Text)) {
+    if (quoted) Text.erase(start - 1, 1);
+  } else if (quoted) {
+    CloseQuotes(start, Text);
+  } else if (type == ectBoolean) {
+    ReplaceBoolean(Index, NeedFormat, start, Text);
+  } else {
+    CheckNumber(std::string_view(Text).substr(start));
   }
-  const bool isTrue = CompareText(Trimmed(std::string_view(Text).substr(start)), "true") == 0;
-  Text.resize(start);
-  Text += isTrue ? Formats.BooleanTrue() : Formats.BooleanFalse();
 }
 
 /// Doubles the quotes in `Text` from `Start` on and adds the closing one.
@@ -193,6 +175,20 @@ void TNorvaSQL::CloseQuotes(std::size_t Start, std::string& Text) {
   const std::size_t quote = Text.find('\'', Start);
   if (quote != std::string::npos) DoubleQuotes(quote, Text);
   Text += '\'';
+}
+
+void TNorvaSQL::ReplaceBoolean(int Index, bool NeedFormat, std::size_t Start, std::string& Text) {
+  if (NeedFormat || OnGetExportText) {  // else it would be the same text again
+    Text.resize(Start);
+    GetColDataSt(Index, false, Text);
+  }
+  const bool isTrue = CompareText(Trimmed(std::string_view(Text).substr(Start)), "true") == 0;
+  Text.resize(Start);
+  Text += isTrue ? Formats.BooleanTrue() : Formats.BooleanFalse();
+}
+
+void TNorvaSQL::CheckNumber(std::string_view Value) {
+  if (Value.empty() || !IsDigit(Value.back())) UnsafeText(Value);
 }
 
 void TNorvaSQL::EndExport() {

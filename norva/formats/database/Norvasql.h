@@ -28,6 +28,7 @@
 /// - a NUL character, at which programs that read scripts stop.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -71,11 +72,14 @@ class NORVA_EXPORT TNorvaSQL : public TNorvaAdvancedText {
   void CheckNames();
   void WriteCreateTable();
   void AppendLiteral(int Index, bool NeedFormat, std::string& Text);
-  void AppendBoolean(int Index, bool NeedFormat, std::string& Text);
   void CloseQuotes(std::size_t Start, std::string& Text);
+  void ReplaceBoolean(int Index, bool NeedFormat, std::size_t Start, std::string& Text);
+  void CheckNumber(std::string_view Value);
 
   std::string ColumnList_;  // "ID,NAME"
   std::string Insert_;      // an INSERT statement up to its first value
+  // The exporting thread's, not owned; looked up once, as every value needs it.
+  char* Separator_ = nullptr;
 };
 
 }  // namespace norva

@@ -24,25 +24,22 @@
 ///
 /// What LaTeX (TeX Live 2022) makes of it:
 /// - The escapes of \ ^ ~ do not give the character back: "\backslash" outside of a formula is an
-///   error, "\^" and "\~" put an accent on the next character or, with none left in the row, are an
-///   error. Control characters are errors, as are ¬ ± ² ³ µ ¹ × ÷ in a single-byte code page, which
-///   inputenc takes in formulas only, and characters beyond ASCII are lost under LaTeX209. The
-///   first text with one of these fires OnUnsafeText. OnGetExportText sees a text with its escapes
-///   and can turn those three into "\textbackslash{}", "\^{}" and "\~{}"; a Preambula or Header
-///   line
-///   "\DeclareInputText{177}{\textpm}" makes byte 177 a character for texts.
+///   error, "\^" and "\~" put an accent on the next character or, with none left in the row, are
+///   an error. Errors are also ¬ ± ² ³ µ ¹ × ÷ in a Windows code page, which inputenc takes in
+///   formulas only, and control characters (a form feed is lost). LaTeX209 loses what is beyond
+///   ASCII. The first text with one of these fires OnUnsafeText. OnGetExportText sees a text with
+///   its escapes and can turn the three into "\textbackslash{}", "\^{}" and "\~{}". A line
+///   "\DeclareInputText{177}{\textpm}" in Preambula or Header makes byte 177 one for texts.
 /// - The fonts that LaTeX starts with lack Ą ą Ę ę Ð ð Þ þ (errors) and show | as a dash, " as a
-///   closing quote, _ as a rule; Preambula "\usepackage[T1]{fontenc}" or a Header line
-///   "\fontencoding{T1}\selectfont" chooses fonts that have them. With all fonts -- becomes a dash,
-///   ' an apostrophe, `` and '' quotes, ?` and !` Spanish marks, and some Languages give " a
-///   meaning.
+///   closing quote and _ as a rule. "\usepackage[T1]{fontenc}" in Preambula, or in Header
+///   "\fontencoding{T1}\selectfont", chooses fonts that have them. With all fonts ' becomes an
+///   apostrophe, -- a dash, `` and '' quotes, ?` and !` Spanish marks; some Languages use ".
 /// - Blanks and line ends in a value show as one blank, at its ends as none.
-/// - "\Rus" is unknown to the babel of today; Preambula "\newcommand{\Rus}{}" defines it.
-/// - inputenc has no cp65001 (UTF-8), cp1253, cp1254 or cp1258. A file cp65001.def beside the
-/// document
-///   with the line "\input{utf8.def}" supplies the first.
-/// - LaTeX209 needs DocumentParams without "a4paper": there it would be a file of that name.
-/// - A tabular does not break over pages; what does not fit is cut off at the page's end. Preambula
+/// - The babel of today has no \Rus: "\newcommand{\Rus}{}" in Preambula.
+/// - inputenc has no cp65001 (UTF-8), cp1253, cp1254 or cp1258. A file cp65001.def with the line
+///   "\input{utf8.def}" beside the document supplies the first.
+/// - LaTeX209 takes "a4paper" for a file that does not exist: DocumentParams must be without it.
+/// - A tabular does not break over pages; what does not fit is cut off. In Preambula
 ///   "\usepackage{longtable}\let\tabular\longtable\let\endtabular\endlongtable" makes it break.
 #pragma once
 

@@ -13,6 +13,7 @@ namespace {
 constexpr std::int64_t TwipsPerPixel = 15;  // 1440 twips and 96 pixels to the inch
 constexpr std::int64_t RowLeft = 36;        // in twips, as in \trleft36
 constexpr std::int64_t CellMargins = 10;    // in twips
+constexpr std::string_view CellEnd = "}\\cell";
 
 /// "\b\i\ul\strike", as far as one of the styles has them.
 std::string StyleText(TFontStyles Style, TFontStyles Other = {}) {
@@ -119,7 +120,7 @@ void TNorvaRTF::GetColCaption(int Index, std::string& Text) {
   Text += "\\pard\\intbl\\li30\\ri30{";
   Text += StyleText(Options.HeaderFont.Style) + " ";
   TNorvaFormatText::GetColCaption(Index, Text);
-  Text += "}\\cell";
+  Text += CellEnd;
 }
 
 void TNorvaRTF::BeforeExport() {
@@ -156,18 +157,17 @@ void TNorvaRTF::GetColData(int Index, bool NeedFormat, std::string& Text) {
   if (value.find('\r') != std::string_view::npos) {
     Text.replace(start, std::string::npos, Replace(value, "\r\n", " \\par "));
   }
-  Text += "}\\cell";
+  Text += CellEnd;
 }
 
 void TNorvaRTF::NormalString(std::string_view S, std::string& Text) {
-  const auto special = std::find_if(S.begin(), S.end(), IsSpecial);
-  Text.append(S.begin(), special);
-  if (special == S.end()) return;
+  if (std::find_if(S.begin(), S.end(), IsSpecial) == S.end()) {  // nearly every value
+    Text += S;
+    return;
+  }
   // On purpose: braces are not escaped.
   if (S.find_first_of("{}") != std::string_view::npos) UnsafeText(S);
-  for (const char c : S.substr(static_cast<std::size_t>(special - S.begin()))) {
-    Text.append(c == '\\' ? 2 : 1, c);
-  }
+  for (const char c : S) Text.append(c == '\\' ? 2 : 1, c);
 }
 
 void TNorvaRTF::EndExport() {

@@ -31,9 +31,12 @@
 ///   the words around it run together; in captions CR LF stays as well.
 /// - Header and footer lines are RTF themselves, not escaped, as are null and boolean texts.
 /// - Texts are bytes of the active code page, and the document says only "\ansi", which means 1252.
-///   For another page the host says so in a header line that shows nothing, `\ansicpg1251`.
-/// - Columns are cut off by the right edge of the page, whose width no column knows.
-/// - The first font of the table that has the name is selected, so both texts take its number.
+///   For another page the host says so in a header line that shows nothing, `\ansicpg1251`: so
+///   LibreOffice shows the right letters. unrtf drops all bytes above 127; for it a handler of
+///   OnGetExportText writes them as `\'e9`.
+/// - No border has a width, and LibreOffice 7.4 draws none.
+/// - A table is as wide as its columns, and cut off where the page ends.
+/// - A font is selected by the first entry with its name: number 0 for both, unless they differ.
 /// - OnGetCellParams is never fired; colours of fonts are not written.
 /// - Abort ends the table and writes the footer; if records were under way, EndExport does so
 /// again.

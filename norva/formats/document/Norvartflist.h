@@ -19,7 +19,7 @@
 /// - Colour numbers begin at 0 with the first entry, which other programs may take for "automatic".
 /// - A system colour is never found in the table, so each request for one adds an entry; a host
 ///   passes it through ColorToRGB first.
-/// - In an empty font table every font gets the number -1.
+/// - The first font of an empty table gets the number -1.
 /// - GetFontText puts the entry of a new font behind the table's closing brace.
 #pragma once
 

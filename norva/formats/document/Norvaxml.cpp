@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <cstring>
 
 #include <norva/platform/CodePages.h>
 #include <norva/platform/Format.h>
@@ -26,6 +27,34 @@ constexpr std::array<TByteKind, 256> ByteKinds = [] {
 }();
 
 TByteKind Kind(char C) { return ByteKinds[static_cast<unsigned char>(C)]; }
+
+/// Eight times the byte `B`.
+constexpr std::uint64_t Eight(std::uint64_t B) { return B * 0x0101010101010101; }
+
+/// Whether one of the eight bytes of `Bytes` is below `Limit`, which is at most 0x80.
+bool AnyBelow(std::uint64_t Bytes, std::uint64_t Limit) {
+  return ((Bytes - Eight(Limit)) & ~Bytes & Eight(0x80)) != 0;
+}
+
+/// Whether no byte of `S` needs a closer look. Eight bytes at a time, since nearly every value is
+/// plain and this is most of the work on it.
+bool IsPlain(std::string_view S) {
+  const auto isPlain = [&S](std::size_t at) {
+    std::uint64_t bytes;
+    std::memcpy(&bytes, S.data() + at, sizeof bytes);
+    // `"` and `&` differ in one bit, `<` and `>` as well.
+    return !AnyBelow(bytes, ' ') && !AnyBelow((bytes | Eight('"' ^ '&')) ^ Eight('"' | '&'), 1) &&
+           !AnyBelow((bytes | Eight('<' ^ '>')) ^ Eight('<' | '>'), 1);
+  };
+  constexpr std::size_t step = sizeof(std::uint64_t);
+  if (S.size() < step) {
+    return std::ranges::all_of(S, [](char c) { return Kind(c) == bkPlain; });
+  }
+  for (std::size_t i = 0; i + step < S.size(); i += step) {
+    if (!isPlain(i)) return false;
+  }
+  return isPlain(S.size() - step);
+}
 
 std::string_view Escape(char C) {
   switch (C) {
@@ -205,7 +234,7 @@ void TNorvaXML::MakeAttributes() {
   for (int i = 0; i < Columns.Count(); ++i) {
     const TNorvaColumn& column = Columns[i];
     Attributes_.push_back(
-        {(i == 0 ? "" : " ") + column.Name + "=\"",
+        {(i == 0 ? "" : "\" ") + column.Name + "=\"",
          escaped && column.ColType != ectBoolean && column.ColType != ectUnknown});
   }
 }
@@ -254,8 +283,8 @@ void TNorvaXML::GetDataRow(bool NeedFormat, std::string& Row) {
       const std::string_view cell = std::string_view(Row).substr(start);
       if (BreaksValue(cell)) UnsafeText(cell);
     }
-    Row += '"';
   }
+  if (!Attributes_.empty()) Row += '"';
 }
 
 TSpecialCharacters TNorvaXML::GetSpecialCharacters() const {
@@ -265,6 +294,10 @@ TSpecialCharacters TNorvaXML::GetSpecialCharacters() const {
 }
 
 void TNorvaXML::NormalString(std::string_view S, std::string& Text) {
+  if (IsPlain(S)) {
+    Text += S;
+    return;
+  }
   std::size_t plain = 0;  // where the run that is not yet copied begins
   for (std::size_t i = 0; i < S.size(); ++i) {
     const TByteKind kind = Kind(S[i]);

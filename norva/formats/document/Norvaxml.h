@@ -97,7 +97,7 @@ class NORVA_EXPORT TNorvaXML : public TNorvaText {
 
  private:
   struct TAttribute {
-    std::string Opening;  // `Name="`, behind a blank in all columns but the first
+    std::string Opening;  // `Name="`, behind the end of the one before, `" `
     bool Escaped;         // whether NormalString has the last word on a cell's text
   };
 
