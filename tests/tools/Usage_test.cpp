@@ -122,6 +122,11 @@ const TBadCall BadCalls[] = {
      "--set SkipRecCount \"-2\": give a whole number from 0 to 2147483647"                                                                                      },
     {"export shop.db --table items -o x.txt --set ExportSource=esListView",
      "--set ExportSource=esListView: the source here is a data set, esDataSet"                                                                                  },
+    {"export shop.db --query VALUES(1) -o x.sql",
+     "A query has no name for the table that the script fills; give --set TableName=NAME"                                                                       },
+    {"export shop.db --table items -o x.tex --code-page 65001",
+     "LaTeX has no input encoding cp65001; give a --code-page of: 437, 850, 866, 1250, 1251, "
+     "1252, 1255, 1256, 1257 (norva(1) has a way for UTF-8)"                                                                                                    },
     {"export shop.db --table items -o x.xls --set Options.SheetTitle=a[1]",
      "--set Options.SheetTitle=a[1]: give at most 31 characters, none of them / \\ : * ? [ ]"                                                                   },
     {"export shop.db --table items -o x.xls --set "
@@ -138,6 +143,23 @@ TEST_F(UsageTest, BadArgumentsEndWith2AndSayWhatIsRight) {
     EXPECT_EQ(run.Out, "");
     EXPECT_EQ(Files(), "");
   }
+}
+
+TEST_F(UsageTest, PagesThatDoNotGoWithTheOutput) {
+  const std::string severalFiles =
+      "norva: These settings write several files, which standard output and devices cannot hold; "
+      "give -o a file name\n";
+  const auto error = [this](const char* words) {
+    const TRun run = Run(Words("export shop.db --table items --format html -o ") + Words(words));
+    EXPECT_EQ(run.Code, 2);
+    return run.Err;
+  };
+  EXPECT_EQ(error("- --set MaxRecords=9"), severalFiles);
+  EXPECT_EQ(error("/dev/null --set UsingCSS=usExternal"), severalFiles);
+  EXPECT_EQ(
+      error("a.b.html --set MaxRecords=9 --set GenerateIndex=true"),
+      "norva: -o a.b.html: the links of an index lead nowhere when the name has more than the "
+      "point of its extension; give another name\n");
 }
 
 TEST_F(UsageTest, ManyTablesAreNotAllListed) {

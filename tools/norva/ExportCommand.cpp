@@ -11,6 +11,8 @@
 #include <system_error>
 #include <vector>
 
+#include <norva/core/NorvaBases.h>
+#include <norva/formats/database/Norvasql.h>
 #include <norva/platform/CodePages.h>
 #include <norva/platform/Exceptions.h>
 #include <norva/platform/Shell.h>
@@ -40,7 +42,8 @@ const TFormat& ChooseFormat(const TExportArguments& Arguments, const TOutputSett
   return format;
 }
 
-void CheckOutput(const TExportArguments& Arguments, const TOutputSettings& Output) {
+/// Returns the name of the file to write; empty where it is none.
+std::string CheckOutput(const TExportArguments& Arguments, const TOutputSettings& Output) {
   std::error_code none;  // neither need exist
   if (std::filesystem::equivalent(Arguments.Source.Name, Output.FileName, none)) {
     throw EUsage(MsgOutputIsSource, Output.FileName);
@@ -48,9 +51,10 @@ void CheckOutput(const TExportArguments& Arguments, const TOutputSettings& Outpu
   const std::filesystem::file_status status = std::filesystem::status(Output.FileName, none);
   const bool isFile = !Output.FileName.empty() && Output.FileName != "-" &&
                       (!std::filesystem::exists(status) || is_regular_file(status));
-  if (isFile) return;
+  if (isFile) return Output.FileName;
   if (Output.ShowFile) throw EUsage(MsgNothingToShow, "--open");
   if (Output.PrintFile) throw EUsage(MsgNothingToShow, "--print");
+  return {};
 }
 
 // The exporter itself would ignore a caption or a width for a column that is not there.
@@ -73,6 +77,14 @@ void LeaveOutBlobs(TNorva& Exporter, const TSource& Source, bool Quiet) {
   for (const std::string& name : Source.FieldNames(false)) Exporter.ExportedFields.Add(name);
   if (Exporter.ExportedFields.Empty()) throw EDatabaseError(MsgOnlyBlobs, Source.Description());
   if (!Quiet) Say(Format(MsgLeftOut, ToUtf8(Joined(blobs))));
+}
+
+// A script fills a table of the same name unless told otherwise; without one it could not be run.
+void NameTable(TNorva& Exporter, const TSource& Source) {
+  auto* script = dynamic_cast<TNorvaSQL*>(&Exporter);
+  if (!script || !script->TableName.empty()) return;
+  if (Source.TableName().empty()) throw EUsage(MsgTableNameWanted);
+  script->TableName = FromUtf8(Source.TableName());
 }
 
 /// Limits the export to the records there are, which makes it end with the last one whatever the
@@ -164,15 +176,17 @@ void ExportCommand(const TExportArguments& Arguments) {
   const TClock::time_point begun = TClock::now();
   const TOutputSettings output = OutputSettings(Arguments);
   const TFormat& format = ChooseFormat(Arguments, output);
-  CheckOutput(Arguments, output);
+  const std::string fileName = CheckOutput(Arguments, output);
   ChooseText(Arguments, format);
   const std::unique_ptr<TNorva> exporter = format.Make();
   ApplySettings(Arguments, *exporter);
+  if (auto* const toFile = dynamic_cast<TNorvaText*>(exporter.get())) toFile->FileName = fileName;
   if (format.Check) format.Check(*exporter);
 
   TSource source(Arguments.Source);
   exporter->DataSet = &source.DataSet();
   CheckColumnNames(*exporter, source);
+  NameTable(*exporter, source);
   LeaveOutBlobs(*exporter, source, Arguments.Quiet);
   const std::unique_ptr<TTarget> target = MakeTarget(output.FileName, format);
   const std::int64_t count = source.DataSet().RecordCount();
@@ -183,6 +197,9 @@ void ExportCommand(const TExportArguments& Arguments) {
   TExportRun run(source, *exporter, *target, expected);
   run.Run(Arguments);
   if (!Arguments.Quiet) {
+    if (format.Remarks) {
+      for (const std::string& remark : format.Remarks(*exporter)) Say(remark);
+    }
     const std::chrono::duration<double> elapsed = TClock::now() - begun;
     Say(DoneLine(target->Name(), run.Written(), exporter->Columns.Count(), target->Bytes(),
                  elapsed.count()));

@@ -5,6 +5,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include <norva/core/Norva.h>
 
@@ -25,8 +26,10 @@ struct TFormat {
   /// chosen before: an exporter takes its defaults from them.
   std::unique_ptr<TNorva> (*Make)();
   /// Throws EUsage for settings that the exporter takes, but not the programs that read its files;
-  /// null when there are none.
+  /// null when there are none. Its FileName is empty where the output is no file.
   void (*Check)(const TNorva& Exporter);
+  /// What is worth saying after an export, a line each; null when there is never anything.
+  std::vector<std::string> (*Remarks)(const TNorva& Exporter);
 };
 
 std::span<const TFormat> Formats();

@@ -6,6 +6,7 @@
 #include <norva/core/Norvacommon.h>
 #include <norva/formats/text/Norvaascii.h>
 #include <norva/platform/CodePages.h>
+#include <norva/platform/Locale.h>
 #include <norva/platform/Property.h>
 #include <tools/norva/Formats.h>
 #include <tools/norva/Nearest.h>
@@ -95,7 +96,11 @@ void FormatsCommand() {
 void PropertiesCommand(const std::string& FormatName) {
   const TFormat& format = FormatByName(FormatName);
   UseUtf8();
+  FormatSettings();  // the locale's texts, in UTF-8 from here on
+  // An exporter may have the page as a property, with what `export` would choose as its default.
+  SetActiveCodePage(format.CodePage);
   const std::unique_ptr<TNorva> exporter = format.Make();
+  UseUtf8();
   TTextTable table({"property", "type", "default"});
   for (const std::string& name : PropertyNames(exporter->Properties(), *exporter, true)) {
     const TPropertyPath path = FindProperty(*exporter, name);

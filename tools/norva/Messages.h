@@ -25,6 +25,9 @@ inline constexpr const char* MsgNothingToShow =
 inline constexpr const char* MsgSeveralFiles =
     "These settings write several files, which standard output and devices cannot hold; give -o a "
     "file name";
+inline constexpr const char* MsgIndexName =
+    "-o %s: the links of an index lead nowhere when the name has more than the point of its "
+    "extension; give another name";
 inline constexpr const char* MsgUnknownSetting = "--set \"%s\": there is no such property; %s";
 inline constexpr const char* MsgListSetting = "--set \"%s\": this is a list of lines; use %s";
 inline constexpr const char* MsgGroupSetting =
@@ -33,6 +36,10 @@ inline constexpr const char* MsgFixedSetting = "--set \"%s\": a %s cannot be giv
 inline constexpr const char* MsgSettingValue = "--set: %s";
 inline constexpr const char* MsgSheetTitle =
     "--set Options.SheetTitle=%s: give at most %d characters, none of them / \\ : * ? [ ]";
+inline constexpr const char* MsgTableNameWanted =
+    "A query has no name for the table that the script fills; give --set TableName=NAME";
+inline constexpr const char* MsgInputEncoding =
+    "LaTeX has no input encoding cp%d; give a --code-page of: %s (norva(1) has a way for UTF-8)";
 inline constexpr const char* MsgSourceSetting =
     "--set ExportSource=%s: the source here is a data set, esDataSet";
 inline constexpr const char* MsgUnknownPage = "--code-page %s is not known; give one of: %s";
@@ -71,12 +78,22 @@ inline constexpr const char* MsgLeftOut = "Left out, because blobs are exported 
 inline constexpr const char* MsgAllSkipped =
     "Note: --skip leaves none of the %s; only what surrounds them is written";
 inline constexpr const char* MsgUnsafeText =
-    "Warning: column \"%s\", record %d: \"%s\" is written as it stands and may break a %s file, "
-    "here "
-    "and in what follows; see norva(1)";
+    "Warning: column \"%s\", record %d: \"%s\" is written as it stands, which the %s format does "
+    "not bear; see norva(1)";
 inline constexpr const char* MsgUnsafeName =
-    "Warning: the name or caption \"%s\" is written as it stands and breaks a %s file; rename the "
-    "column in a --query or give a --caption";
+    "Warning: the name or caption \"%s\" is written as it stands, which the %s format does not "
+    "bear; "
+    "rename it; see norva(1)";
+inline constexpr const char* MsgOverflow =
+    "Warning: %s value did not fit its N field and is shown as *";
+inline constexpr const char* MsgOverflows =
+    "Warning: %s values did not fit their N fields and are shown as *";
+inline constexpr const char* MsgCutText =
+    "Warning: %s text did not fit its C field and is cut; --length NAME=N makes fields of up to "
+    "254 bytes";
+inline constexpr const char* MsgCutTexts =
+    "Warning: %s texts did not fit their C fields and are cut; --length NAME=N makes fields of up "
+    "to 254 bytes";
 inline constexpr const char* MsgDone = "%s: %s, %s, %s in %s s (%s rows/s)";
 
 }  // namespace norva::tool

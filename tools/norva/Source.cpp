@@ -69,6 +69,7 @@ TSource::TSource(const TSourceArguments& Arguments) : Database_(Arguments.Name) 
   }
   const std::string table = Arguments.Table ? *Arguments.Table : OnlyTable(database);
   CheckTable(database, table);
+  TableName_ = table;
   Description_ = "table \"" + table + "\" in \"" + Arguments.Name + "\"";
   DataSet_.emplace(database, TSqliteTable{table});
 }

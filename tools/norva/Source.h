@@ -34,6 +34,9 @@ class TSource {
   /// `table "orders" in "shop.db"` or `the query on "shop.db"`.
   const std::string& Description() const { return Description_; }
 
+  /// The table that is read, in UTF-8; empty for a query.
+  const std::string& TableName() const { return TableName_; }
+
   /// The names of the blob fields, or of all others.
   std::vector<std::string> FieldNames(bool Blobs) const;
   /// Throws EDatabaseError when there is no field `Name`; `Option` is who asks.
@@ -42,6 +45,7 @@ class TSource {
  private:
   TDatabase Database_;
   std::string Description_;
+  std::string TableName_;
   std::optional<TSqliteDataSet> DataSet_;
 };
 

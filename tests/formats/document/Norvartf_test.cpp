@@ -105,12 +105,12 @@ TEST(NorvaRTF, WritesRowsWithoutColumns) {
 
 TEST(NorvaRTF, CopiesBracesAndTellsTheHost) {
   struct Case {
-    const char *Caption, *Value, *Unsafe;
+    const char *Caption, *Value, *Unsafe, *Escaped;
   };
   const Case cases[] = {
-      {"C",   "a/b", ""      },
-      {"C",   "}{",  "0:}{"  },
-      {"{C}", "}",   "-1:{C}"},
+      {"C",   "a/b", "",       "a/b"   },
+      {"C",   "}{",  "0:}{",   "\\}\\{"},
+      {"{C}", "}",   "-1:{C}", "\\}"   },
   };
   for (const Case& c : cases) {
     TMemoryDataSet set{{{"C", ftString, 9}}};
@@ -122,16 +122,14 @@ TEST(NorvaRTF, CopiesBracesAndTellsTheHost) {
     exporter.OnUnsafeText = [&](TObject&, std::int32_t ColNo, std::string_view Text) {
       unsafe += std::to_string(ColNo) + ":" + std::string(Text);
     };
-    const std::string text = Written(exporter);
-    EXPECT_NE(text.find("{\\b " + std::string(c.Caption) + "}\\cell\\row/"), std::string::npos);
-    EXPECT_NE(text.find("\\ql{" + std::string(c.Value) + "}\\cell\\row/"), std::string::npos);
+    const std::string rows =
+        "{\\b " + std::string(c.Caption) + "}\\cell\\row/\\f0\\fs20/" + Cell + "\\ql{";
+    EXPECT_NE(Written(exporter).find(rows + c.Value + "}\\cell\\row/"), std::string::npos);
     EXPECT_EQ(unsafe, c.Unsafe);
-    // The way out.
-    exporter.OnGetExportText = [](TObject&, std::int32_t, std::string& Text) {
+    exporter.OnGetExportText = [](TObject&, std::int32_t, std::string& Text) {  // the way out
       Text = Replace(Replace(Text, "{", "\\{"), "}", "\\}");
     };
-    const std::string escaped = Replace(Replace(c.Value, "{", "\\{"), "}", "\\}");
-    EXPECT_NE(Written(exporter).find("\\ql{" + escaped + "}\\cell\\row/"), std::string::npos);
+    EXPECT_NE(Written(exporter).find(rows + c.Escaped + "}\\cell\\row/"), std::string::npos);
   }
 }
 

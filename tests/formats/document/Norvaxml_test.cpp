@@ -1,5 +1,7 @@
 #include <norva/formats/document/Norvaxml.h>
 
+#include <map>
+
 #include <gtest/gtest.h>
 
 #include <tests/ErrorText.h>
@@ -14,16 +16,21 @@ struct TInvariant {
   const TLocaleScope Scope{TFormatSettings()};
 };
 
-/// An exporter of a table in memory; it notes what it warns of as "column: text".
+/// An exporter of a table with the columns A, B ...; notes what it warns of as "column: text".
 class TXML : TInvariant, public TNorvaXML {
  public:
-  explicit TXML(const std::vector<TMemoryFieldDef>& Fields) : Source_(Fields) {
+  explicit TXML(std::initializer_list<TFieldType> Types, const std::string& First = "A") {
+    for (const TFieldType type : Types) {
+      const int column = Source_.FieldCount();
+      Source_.AddField(column == 0 ? First : std::string(1, static_cast<char>('A' + column)), type);
+    }
     DataSet = &Source_;
     OnUnsafeText = [this](TObject&, std::int32_t column, std::string_view text) {
       Unsafe_ += std::to_string(column) + ": " + std::string(text);
     };
   }
   using TNorvaXML::GetSpecialCharacters;
+  using TNorvaXML::NormalString;
   TMemoryDataSet& Source() { return Source_; }
 
   /// The only ROW element, and what is warned of.
@@ -40,28 +47,24 @@ class TXML : TInvariant, public TNorvaXML {
 };
 
 TEST(NorvaXML, WholeDocument) {
-  TXML exporter({
-      {"Id",   ftInteger},
-      {"Name", ftString },
-      {"Ok",   ftBoolean}
-  });
+  TXML exporter({ftInteger, ftString, ftBoolean}, "Id");
   exporter.Source().Append({1234, "Ann \"A\" O", true});
   exporter.Source().Append({-2, "", nullptr});
-  exporter.Captions = {"Name=Full name"};
+  exporter.Captions = {"B=Full name"};
   const std::string begin = R"(<?xml version="1.0" standalone="yes"?>
 <DATAPACKET Version="2.0">
 )";
   const std::string rows = R"(<ROWDATA>
-<ROW Id="1,234" Name="Ann &quot;A&quot; O" Ok="True"/>
-<ROW Id="-2" Name="" Ok="null"/>
+<ROW Id="1,234" B="Ann &quot;A&quot; O" C="True"/>
+<ROW Id="-2" B="" C="null"/>
 </ROWDATA>
 </DATAPACKET>
 )";
   EXPECT_EQ(Exported(exporter), Replace(begin + R"(<METADATA>
 <FIELDS>
 <FIELD FieldName="Id" DisplayLabel="Id" FieldType="Integer" FieldClass="TField"/>
-<FIELD FieldName="Name" DisplayLabel="Full name" FieldType="String" FieldClass="TField"/>
-<FIELD FieldName="Ok" DisplayLabel="Ok" FieldType="Boolean" FieldClass="TField"/>
+<FIELD FieldName="B" DisplayLabel="Full name" FieldType="String" FieldClass="TField"/>
+<FIELD FieldName="C" DisplayLabel="C" FieldType="Boolean" FieldClass="TField"/>
 </FIELDS>
 </METADATA>
 )" + rows,
@@ -83,9 +86,7 @@ TEST(NorvaXML, Declaration) {
       {"Version=1.1 StandAlone=false", R"(version="1.1" standalone="no")"                  },
   };
   for (const Case& c : cases) {
-    TXML exporter({
-        {"A", ftString}
-    });
+    TXML exporter({ftString});
     exporter.Source().Append({"a"});
     TXMLOptions options;
     Set(options, c.Settings);
@@ -107,21 +108,33 @@ TEST(NorvaXML, ValuesAreEscaped) {
       {"&amp;>",             "&amp;amp;&gt;",              false},
       {"it's\t\r\n \x7f€", "it's\t\r\n \x7f€",         false},
       {"<\x01>",             "&lt;\x01&gt;",               true },
-      {"end\x1f",            "end\x1f",                    true },
+      {"a long one\x1f",     "a long one\x1f",             true },
       {{"\0", 1},            {"\0", 1},                    true },
   };
   for (const Case& c : cases) {
-    TXML exporter({
-        {"A", ftInteger},
-        {"B", ftString }
-    });
+    TXML exporter({ftInteger, ftString});
     exporter.Source().Append({1, c.Text});
     EXPECT_EQ(exporter.Row(), "<ROW A=\"1\" B=\"" + std::string(c.Written) + "\"/>" +
                                   (c.Unsafe ? "1: " + std::string(c.Text) : ""));
   }
-  EXPECT_EQ(TXML({}).GetSpecialCharacters().count(), 4u);
-  for (const unsigned char c : {'"', '&', '<', '>'}) {
-    EXPECT_TRUE(TXML({}).GetSpecialCharacters().test(c)) << c;
+}
+
+TEST(NorvaXML, EscapesEveryByteAtEveryPlace) {
+  TXML exporter({});
+  std::map<char, std::string> escapes;
+  escapes['"'] = "&quot;", escapes['&'] = "&amp;", escapes['<'] = "&lt;", escapes['>'] = "&gt;";
+  for (int byte = 0; byte < 256; ++byte) {
+    const char c = static_cast<char>(byte);
+    EXPECT_EQ(exporter.GetSpecialCharacters().test(byte), escapes.contains(c)) << byte;
+    for (std::size_t size = 1; size <= 17; ++size) {
+      for (std::size_t at = 0; at < size; ++at) {
+        std::string text(size, '!'), got = "+";
+        text[at] = c;
+        exporter.NormalString(text, got);
+        if (escapes.contains(c)) text.replace(at, 1, escapes.at(c));
+        ASSERT_EQ(got, "+" + text) << byte << " at " << at << " of " << size;
+      }
+    }
   }
 }
 
@@ -150,9 +163,7 @@ TEST(NorvaXML, NamesAndCaptionsAreCopied) {
   for (const Case& c : cases) {
     SCOPED_TRACE(testing::Message() << c.Name << ", " << c.Caption);
     const TPageScope page(c.CodePage);
-    TXML exporter({
-        {c.Name, ftString}
-    });
+    TXML exporter({ftString}, c.Name);
     exporter.Source().Fields(0).DisplayName = c.Caption;
     exporter.Source().Append({"v"});
     const std::string name = c.Name;
@@ -163,10 +174,7 @@ TEST(NorvaXML, NamesAndCaptionsAreCopied) {
 }
 
 TEST(NorvaXML, WarnsOfWhatElseBreaks) {
-  TXML exporter({
-      {"A", ftString },
-      {"B", ftUnknown}
-  });
+  TXML exporter({ftString, ftUnknown});
   exporter.Source().Append({"a&b", "<"});
   EXPECT_EQ(exporter.Row(), R"(<ROW A="a&amp;b" B="<"/>1: <)");
   exporter.ExportedFields = {"A", "A"};
@@ -175,10 +183,7 @@ TEST(NorvaXML, WarnsOfWhatElseBreaks) {
   exporter.OnGetExportText = [](TObject&, std::int32_t, std::string& text) { text += '"'; };
   EXPECT_EQ(exporter.Row(), R"(<ROW A="a&amp;b""/>0: a&amp;b")");
 
-  TXML nulls({
-      {"A", ftString},
-      {"B", ftString}
-  });
+  TXML nulls({ftString, ftString});
   nulls.Source().Append({"a&b", nullptr});
   nulls.Formats.NullString = "<null>";
   EXPECT_EQ(nulls.Row(), R"(<ROW A="a&amp;b" B="<null>"/>1: <null>)");
