@@ -39,26 +39,25 @@ void Put(T Value, char* Target) {
 
 bool IsDigit(char C) { return C >= '0' && C <= '9'; }
 
-// --- The fields. Each turns the text behind `Start` into `Length` bytes; false when it is too long
+// --- The fields. `Target` is `Length` blanks; false when the value does not fit ----------------
 
-bool EncodeText(std::size_t Start, std::size_t Length, std::string& Record) {
-  const std::string_view text = std::string_view(Record).substr(Start);
+bool EncodeText(std::string_view Value, std::size_t Length, char* Target) {
   const std::size_t most = std::min(Length, MaxTextLength);
-  const bool fits = text.size() <= most;
-  const std::size_t kept = fits ? text.size() : CutAtCharacter(text, most).size();
-  Record.resize(Start + kept);
-  Record.append(Length - kept, ' ');
-  return fits;
+  if (Value.size() <= most) {
+    Value.copy(Target, Value.size());
+    return true;
+  }
+  CutAtCharacter(Value, most).copy(Target, most);
+  return false;
 }
 
-bool EncodeNumber(std::size_t Start, std::size_t Length, std::string& Record) {
-  const std::size_t size = Record.size() - Start;
-  if (size > Length) {
-    Record.replace(Start, std::string::npos, Length, '*');  // the format's own sign of overflow
-    return false;
+bool EncodeNumber(std::string_view Value, std::size_t Length, char* Target) {
+  if (Value.size() <= Length) {
+    Value.copy(Target + Length - Value.size(), Value.size());
+    return true;
   }
-  Record.insert(Start, Length - size, ' ');
-  return true;
+  std::fill_n(Target, Length, '*');  // the format's own sign of overflow
+  return false;
 }
 
 /// A text `yyyy-mm-dd`, alone or before a blank and a time, where this is the locale's own form.
@@ -70,38 +69,36 @@ bool IsIsoDate(std::string_view Text, const TFormatSettings& Settings) {
          TryIsoToDateTime(Text, parts);
 }
 
-void EncodeDate(std::size_t Start, std::size_t Length, std::string& Record) {
+void EncodeDate(std::string_view Value, std::size_t Length, char* Target) {
   static const TDatePicture picture("yyyymmdd");
-  const std::string_view text = std::string_view(Record).substr(Start);
+  if (Value.empty()) return;
   const TFormatSettings& settings = FormatSettings();
-  if (text.empty()) {
-    Record.append(Length, ' ');
-  } else if (IsIsoDate(text, settings)) {
-    char* const date = Record.data() + Start;
-    std::memmove(date + 4, date + 5, 2);
-    std::memmove(date + 6, date + 8, 2);
+  char iso[8];
+  std::string_view day(iso, sizeof iso);
+  std::string text;
+  if (IsIsoDate(Value, settings)) {
+    std::memcpy(iso, Value.data(), 4);
+    std::memcpy(iso + 4, Value.data() + 5, 2);
+    std::memcpy(iso + 6, Value.data() + 8, 2);
   } else {
-    const TDateTime value = StrToDateTime(text);
-    Record.resize(Start);
-    picture.Append(value, settings, Record);
+    picture.Append(StrToDateTime(Value), settings, text);
+    day = text;
   }
-  Record.resize(Start + Length, ' ');
+  day.copy(Target, Length);
 }
 
-void EncodeBoolean(std::size_t Start, std::size_t Length, std::string& Record) {
-  const std::string_view text = std::string_view(Record).substr(Start);
-  char value = ' ';
-  if (text == "True") {  // what nearly all sources give
-    value = 'T';
-  } else if (text == "False") {
-    value = 'F';
-  } else if (const std::string upper = UpperCase(text); upper.find("TRUE") != std::string::npos) {
-    value = 'T';
+void EncodeBoolean(std::string_view Value, std::size_t Length, char* Target) {
+  char mark = ' ';
+  if (Value == "True") {  // what nearly all sources give
+    mark = 'T';
+  } else if (Value == "False") {
+    mark = 'F';
+  } else if (const std::string upper = UpperCase(Value); upper.find("TRUE") != std::string::npos) {
+    mark = 'T';
   } else if (upper.find("FALSE") != std::string::npos) {
-    value = 'F';
+    mark = 'F';
   }
-  Record.resize(Start);
-  Record.append(Length, value);
+  std::fill_n(Target, std::min<std::size_t>(Length, 1), mark);
 }
 
 // --- Float and Currency texts --------------------------------------------------------------------
@@ -180,26 +177,21 @@ void RemoveOrnaments(const std::string& Picture, const TFormatSettings& Settings
   }
 }
 
-/// Makes the text behind `Start` the fixed-point text of its number.
-void FixNumber(const std::string& Picture, std::size_t Start, std::string& Record) {
-  if (Record.size() == Start) Record += '0';
+/// Makes a number text the fixed-point text of its number.
+void FixNumber(const TNorvaColumn& Column, std::string& Text) {
+  if (Text.empty()) Text = '0';
   std::size_t decimals = 0;
-  if (IsPlainNumber(std::string_view(Record).substr(Start), decimals)) {
-    if (decimals == 0) Record += '.';
-    Record.append(NumberDecimals - decimals, '0');
+  if (IsPlainNumber(Text, decimals)) {
+    if (decimals == 0) Text += '.';
+    Text.append(NumberDecimals - decimals, '0');
     return;
   }
-  std::string text = Record.substr(Start);
-  RemoveOrnaments(Picture, FormatSettings(), text);
+  std::string bare = Text;
+  RemoveOrnaments(Column.Format(), FormatSettings(), bare);
   double number = 0;
-  if (!TryStrToFloat(text, number)) throw EConvertError(MsgNotANumber, Record.substr(Start));
-  text = Format("%15.4f", number);
-  Record.resize(Start);
-  if (IsDigit(text.back())) {
-    Record += text;
-  } else {
-    Record.append(NumberLength + 1U, '*');  // INF and NAN are too wide for any field
-  }
+  if (!TryStrToFloat(bare, number)) throw EConvertError(MsgNotANumber, Text);
+  Text = Format("%15.4f", number);
+  if (!IsDigit(Text.back())) Text.assign(NumberLength + 1U, '*');  // INF, NAN: no field is enough
 }
 
 }  // namespace
@@ -211,8 +203,8 @@ void TLumDBFWriter::CreateDBF() {
   if (count > MaxFields) throw Exception(MsgFieldTooMany, count, MaxFields);
   Start_ = Stream().Position();
   Count_ = 0;
-  std::uint32_t recordLength = 1;
-  for (const TDBFFieldDescriptor& field : Fields_) recordLength += field.Length;
+  RecordLength_ = 1;
+  for (const TDBFFieldDescriptor& field : Fields_) RecordLength_ += field.Length;
   const TDateTimeParts today = DecodeDateTime(Date());
   Header_ = {};
   Header_[0] = 3;  // dBASE III without memo file
@@ -221,7 +213,7 @@ void TLumDBFWriter::CreateDBF() {
   Header_[3] = static_cast<char>(today.Day);
   Put(Count_, &Header_[CountOffset]);
   Put(static_cast<std::uint16_t>((count + 1) * DescriptorSize + 1), &Header_[8]);
-  Put(recordLength, &Header_[10]);  // of the 32 bits the upper half is reserved, and zero
+  Put(RecordLength_, &Header_[10]);  // of the 32 bits the upper half is reserved, and zero
   Write(std::string_view(Header_.data(), Header_.size()));
 
   for (const TDBFFieldDescriptor& field : Fields_) {
@@ -238,29 +230,29 @@ void TLumDBFWriter::CreateDBF() {
 }
 
 void TLumDBFWriter::WriteData(int FieldIndex, std::string_view Value) {
-  std::string bytes(Value);
-  EncodeField(FieldIndex, 0, bytes);
+  std::string field(FieldDef(FieldIndex).Length, ' ');
+  EncodeField(FieldIndex, Value, field.data());
   if (FieldIndex == 0) {
     Write(" ");
     CountRecord();
   }
-  Write(bytes);
+  Write(field);
 }
 
-bool TLumDBFWriter::EncodeField(int FieldIndex, std::size_t Start, std::string& Record) const {
-  const TDBFFieldDescriptor& field = Fields_[static_cast<std::size_t>(FieldIndex)];
+bool TLumDBFWriter::EncodeField(int FieldIndex, std::string_view Value, char* Target) const {
+  const TDBFFieldDescriptor& field = FieldDef(FieldIndex);
   if (field.Length == 0) Beep();
   switch (field.FieldType) {
     case 'N':
-      return EncodeNumber(Start, field.Length, Record);
+      return EncodeNumber(Value, field.Length, Target);
     case 'D':
-      EncodeDate(Start, field.Length, Record);
+      EncodeDate(Value, field.Length, Target);
       return true;
     case 'L':
-      EncodeBoolean(Start, field.Length, Record);
+      EncodeBoolean(Value, field.Length, Target);
       return true;
     default:
-      return EncodeText(Start, field.Length, Record);
+      return EncodeText(Value, field.Length, Target);
   }
 }
 
@@ -358,39 +350,38 @@ void TNorvaDBF::BeforeExport() {
 }
 
 void TNorvaDBF::WriteDataRow() {
-  if (Columns.Count() == 0) return;
   TLumDBFWriter& writer = GetWriter();
   std::string& record = RowBuffer();
-  TLumDBFWriter::BeginRecord(record);
-  for (int i = 0; i < Columns.Count(); ++i) AppendField(i, writer, record);
-  writer.WriteRecord(record);
-}
-
-void TNorvaDBF::AppendField(int Index, const TLumDBFWriter& Writer, std::string& Record) {
-  const std::size_t start = Record.size();
-  const TNorvaColumn& column = Columns[Index];
-  const bool isReal = column.ColType == ectFloat || column.ColType == ectCurrency;
-  if (isReal) {
-    GetNumberText(Index, Record);
-  } else {
-    GetColData(Index, true, Record);
-  }
-  try {
-    if (isReal) FixNumber(column.Format(), start, Record);
-    if (!Writer.EncodeField(Index, start, Record)) {
-      ++(column.IsNumeric() ? Overflows_ : CutTexts_);
+  record.assign(writer.RecordLength(), ' ');
+  char* target = record.data() + 1;  // behind the blank that says: not deleted
+  for (int i = 0; i < Columns.Count(); ++i) {
+    const TDBFFieldDescriptor& field = writer.FieldDef(i);
+    const bool isReal = field.Decimals > 0;
+    Text_.clear();
+    if (isReal) {
+      GetNumberText(i);
+    } else {
+      GetColData(i, true, Text_);
     }
-  } catch (const EConvertError& error) {
-    CellError(Index, error);
+    try {
+      if (isReal) FixNumber(Columns[i], Text_);
+      if (!writer.EncodeField(i, Text_, target)) {
+        ++(field.FieldType == 'N' ? Overflows_ : CutTexts_);
+      }
+    } catch (const EConvertError& error) {
+      CellError(i, error);
+    }
+    target += field.Length;
   }
+  if (Columns.Count() > 0) writer.WriteRecord(record);
 }
 
-void TNorvaDBF::GetNumberText(int Index, std::string& Record) {
+void TNorvaDBF::GetNumberText(int Index) {
   std::string& separator = FormatSettings().ThousandSeparator;
-  if (separator != ".") return GetColData(Index, true, Record);
+  if (separator != ".") return GetColData(Index, true, Text_);
   // Besides the decimal point nobody could tell it: 1.234.50, 1.234.
   const std::string saved = std::exchange(separator, {});
-  Guarded([&] { GetColData(Index, true, Record); }, [&] { separator = saved; });
+  Guarded([&] { GetColData(Index, true, Text_); }, [&] { separator = saved; });
 }
 
 void TNorvaDBF::AfterExport() {

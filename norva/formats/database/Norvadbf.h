@@ -87,12 +87,14 @@ class NORVA_EXPORT TLumDBFWriter : public TNorvaWriter {
   /// date.
   void WriteData(int FieldIndex, std::string_view Value);
 
-  // The same for a whole record: its fields are put together in the caller's buffer.
-  /// Begins a record.
-  static void BeginRecord(std::string& Record) { Record.assign(1, ' '); }
-  /// Turns the text behind `Start` into the bytes of the field. False when it does not fit: a cut
-  /// C value, or an N value shown as `*`. Throws as WriteData does.
-  bool EncodeField(int FieldIndex, std::size_t Start, std::string& Record) const;
+  // The same for a whole record: RecordLength blanks, into which its fields are encoded in place.
+  std::uint32_t RecordLength() const { return RecordLength_; }
+  const TDBFFieldDescriptor& FieldDef(int FieldIndex) const {
+    return Fields_[static_cast<std::size_t>(FieldIndex)];
+  }
+  /// Puts a value into the blanks of its field. False when it does not fit: a C value that is cut,
+  /// or an N value shown as `*`. Throws as WriteData does.
+  bool EncodeField(int FieldIndex, std::string_view Value, char* Target) const;
   void WriteRecord(std::string_view Record);
 
  private:
@@ -100,6 +102,7 @@ class NORVA_EXPORT TLumDBFWriter : public TNorvaWriter {
 
   std::array<char, 32> Header_{};
   std::vector<TDBFFieldDescriptor> Fields_;
+  std::uint32_t RecordLength_ = 0;
   std::int64_t Start_ = 0;   // of the header in the stream
   std::uint32_t Count_ = 0;  // of records
 };
@@ -134,10 +137,10 @@ class NORVA_EXPORT TNorvaDBF : public TNorvaText {
  private:
   TDBFFieldDescriptor FieldDef(int Index);
   void CheckName(std::string_view FieldName, int Index, std::vector<std::string>& Names);
-  void AppendField(int Index, const TLumDBFWriter& Writer, std::string& Record);
-  void GetNumberText(int Index, std::string& Record);
+  void GetNumberText(int Index);
   void RestoreSeparator();
 
+  std::string Text_;                      // of the cell under way
   std::optional<char> DecimalSeparator_;  // the thread's own, while an export has changed it
   std::int64_t Overflows_ = 0;
   std::int64_t CutTexts_ = 0;
