@@ -169,15 +169,15 @@ class Html(ClientTest):
         self.addCleanup(server.server_close)
         threading.Thread(target=server.serve_forever, daemon=True).start()
         self.addCleanup(server.shutdown)
-        names = "SELECT name FROM customers WHERE id NOT IN (6, 7)"
-        for page, query, header, city in (("65001", "SELECT name FROM customers", "utf-8", "Łukasz"),
-                                          ("1252", names, "windows-1252", "Søren")):
+        for page, query, header, name in (
+                ("65001", "SELECT name FROM customers", "utf-8", "Łukasz"),
+                ("1252", "SELECT name FROM customers WHERE id < 6", "windows-1252", "Søren")):
             with self.subTest(page):
                 path = self.export(self.shop, f"{page}.html", "--query", query, "--code-page", page,
                                    "--header", f"<meta charset=\"{header}\">")
                 for address in path, f"http://127.0.0.1:{server.server_port}/{page}.html":
                     rows = self.read(address).rows
-                    self.assertIn(city, " ".join(row[0] for row in rows), address)
+                    self.assertIn(name, " ".join(row[0] for row in rows), address)
 
 
 if __name__ == "__main__":

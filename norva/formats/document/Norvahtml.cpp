@@ -46,6 +46,11 @@ std::string PartName(std::string FileName, std::int32_t Part) {
   return FileName.insert(std::min(FileName.find('.'), FileName.size()), PartSuffix(Part));
 }
 
+std::string LinkName(const std::string& FileName, std::int32_t Part) {
+  // On purpose: before the last point, which with several is not where PartName puts it.
+  return ChangeFileExt(FileName, PartSuffix(Part) + ExtractFileExt(FileName));
+}
+
 std::string StyleSheetLink(const std::string& CSSFileName) {
   return " <link rel=\"stylesheet\" type=\"text/css\" href=\"" + CSSFileName + "\">";
 }
@@ -152,15 +157,16 @@ void TNorvaHTML::WriteCaptionRow() {}
 void TNorvaHTML::WriteDataRow() {
   if (PartBegins()) BeginPart();
   const bool isOdd = RecordCounter % 2 != 0;
-  const std::string_view cell = isOdd ? "    <td class=\"TrOdd\"" : "    <td class=\"TrRows\"";
+  const std::string_view next = isOdd ? "</td>\r\n    <td class=\"TrOdd\""  //
+                                      : "</td>\r\n    <td class=\"TrRows\"";
+  constexpr std::size_t end = 7;  // of the cell before, which the first one has not
   std::string& row = RowBuffer();
   row.assign("  <tr>\r\n");
   for (int i = 0; i < Columns.Count(); ++i) {
-    row += cell;
+    row += i == 0 ? next.substr(end) : next;
     GetColData(i, true, row);
-    row += "</td>\r\n";
   }
-  row += "  </tr>\r\n";
+  row += "</td>\r\n  </tr>\r\n";
   GetWriter().Write(row);
 }
 
@@ -363,8 +369,7 @@ void TNorvaHTML::DoGenerateIndex() {
   writer.StartBODY();
   writer.StartUI();
   for (std::int32_t i = 1; i <= PartCount_; ++i) {
-    // On purpose: before the last point, which with several is not where PartName puts it.
-    const std::string name = ChangeFileExt(FileName, "") + PartSuffix(i) + ExtractFileExt(FileName);
+    const std::string name = LinkName(FileName, i);
     writer.LI();
     writer.WriteLn("<a href=\"" + name + "\">" + name + "</a>");
   }

@@ -29,10 +29,10 @@
 /// break becomes <br>. The title, the lines of Header and Footer and the texts of boolean columns
 /// are written as they stand, so that a host can put markup there.
 ///
-/// A page does not name its character set. Where the active code page is UTF-8, a first line of
-/// Header such as `<meta charset="utf-8">` makes browsers show other than English letters right;
-/// they find it among the first 1024 bytes of the page, so a long style sheet must then be
-/// external.
+/// A page does not name its character set, so browsers guess: a short file mostly right, a long one
+/// or a page from a server often wrong. `<meta charset="utf-8">` as a line of Header tells them,
+/// with `windows-1252` and the like for other code pages. It has to stand among the first 1024
+/// bytes, as it does unless the title is long or the background picture's name.
 ///
 /// What may not be expected, and is meant:
 /// - Of parts the first one holds one record, each other MaxRecords. Only the last one has the end
@@ -42,7 +42,9 @@
 /// - With parts, FileName itself is left empty, or holds the index.
 /// - Of two line breaks in a value, however far apart, the second one is dropped.
 /// - The head, the captions and the table's start are written to files only: an export to another
-///   kind of stream holds the rows and what follows them. So does one without records.
+///   kind of stream holds the rows and what follows them. A file stream is only the sign to write
+///   FileName; nothing goes to it.
+/// - An export without records holds only what follows them.
 #pragma once
 
 #include <array>
