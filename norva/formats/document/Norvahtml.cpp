@@ -46,9 +46,10 @@ std::string PartName(std::string FileName, std::int32_t Part) {
   return FileName.insert(std::min(FileName.find('.'), FileName.size()), PartSuffix(Part));
 }
 
-std::string LinkName(const std::string& FileName, std::int32_t Part) {
+std::string PartLink(const std::string& FileName, std::int32_t Part) {
   // On purpose: before the last point, which with several is not where PartName puts it.
-  return ChangeFileExt(FileName, PartSuffix(Part) + ExtractFileExt(FileName));
+  const std::string name = ChangeFileExt(FileName, PartSuffix(Part) + ExtractFileExt(FileName));
+  return "<a href=\"" + name + "\">" + name + "</a>";
 }
 
 std::string StyleSheetLink(const std::string& CSSFileName) {
@@ -369,9 +370,8 @@ void TNorvaHTML::DoGenerateIndex() {
   writer.StartBODY();
   writer.StartUI();
   for (std::int32_t i = 1; i <= PartCount_; ++i) {
-    const std::string name = LinkName(FileName, i);
     writer.LI();
-    writer.WriteLn("<a href=\"" + name + "\">" + name + "</a>");
+    writer.WriteLn(PartLink(FileName, i));
   }
   writer.EndUI();
   writer.EndBODY();
