@@ -87,18 +87,11 @@ void EncodeDate(std::string_view Value, std::size_t Length, char* Target) {
   day.copy(Target, Length);
 }
 
-void EncodeBoolean(std::string_view Value, std::size_t Length, char* Target) {
-  char mark = ' ';
-  if (Value == "True") {  // what nearly all sources give
-    mark = 'T';
-  } else if (Value == "False") {
-    mark = 'F';
-  } else if (const std::string upper = UpperCase(Value); upper.find("TRUE") != std::string::npos) {
-    mark = 'T';
-  } else if (upper.find("FALSE") != std::string::npos) {
-    mark = 'F';
-  }
-  std::fill_n(Target, std::min<std::size_t>(Length, 1), mark);
+char BooleanMark(std::string_view Value) {
+  if (Value == "True" || Value == "False") return Value[0];  // what nearly all sources give
+  const std::string upper = UpperCase(Value);
+  if (upper.find("TRUE") != std::string::npos) return 'T';
+  return upper.find("FALSE") != std::string::npos ? 'F' : ' ';
 }
 
 // --- Float and Currency texts --------------------------------------------------------------------
@@ -249,7 +242,7 @@ bool TLumDBFWriter::EncodeField(int FieldIndex, std::string_view Value, char* Ta
       EncodeDate(Value, field.Length, Target);
       return true;
     case 'L':
-      EncodeBoolean(Value, field.Length, Target);
+      std::fill_n(Target, std::min<int>(field.Length, 1), BooleanMark(Value));
       return true;
     default:
       return EncodeText(Value, field.Length, Target);

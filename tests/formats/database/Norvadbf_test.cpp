@@ -1,14 +1,11 @@
 #include <norva/formats/database/Norvadbf.h>
 
-#include <limits>
-
 #include <gtest/gtest.h>
 
 #include <norva/platform/Clock.h>
 #include <norva/platform/Shell.h>
 #include <tests/ErrorText.h>
 #include <tests/Exports.h>
-#include <tests/TempFolder.h>
 #include <tests/Vectors.h>
 #include <tests/platform/TextScopes.h>
 
@@ -97,26 +94,20 @@ struct TextCase {
 const TextCase TextCases[] = {
     {ftInteger,  "",           "12345678901",         "12345678901"                                     },
     {ftInteger,  "",           "123456789012",        "***********"                                     },
-    {ftInteger,  "",           "null",                "       null"                                     },
     {ftFloat,    "",           "3.5",                 "         3.5000"                                 },
-    {ftFloat,    "",           "-12",                 "       -12.0000"                                 },
     {ftFloat,    "",           "007.5",               "         7.5000"                                 },
     {ftFloat,    "",           "-0.0000",             "         0.0000"                                 },
     {ftFloat,    "",           "-0.5",                "        -0.5000"                                 },
     {ftFloat,    "",           " 5. ",                "         5.0000"                                 },
     {ftFloat,    "",           "2.00005",             "         2.0001"                                 },
-    {ftFloat,    "",           "1.5E3",               "      1500.0000"                                 },
     {ftFloat,    "",           "9999999999.9999",     "9999999999.9999"                                 },
     {ftFloat,    "",           "9999999999.99999",    "***************"                                 },
     {ftFloat,    "",           "-999999999.9999",     "-999999999.9999"                                 },
-    {ftFloat,    "",           "-1234567890",         "***************"                                 },
     {ftFloat,    "",           "1E300",               "***************"                                 },
     {ftFloat,    "",           "-INF",                "***************"                                 },
     {ftFloat,    "#,##0.00",   "-1,234.50",           "     -1234.5000"                                 },
-    {ftFloat,    "0.00",       "1,234.50",            "\"1,234.50\" is not a valid number"              },
     {ftFloat,    "0','0",      "1,2",                 "\"1,2\" is not a valid number"                   }, // a text
     {ftFloat,    "0.0 kg",     "1.5 kg",              "\"1.5 kg\" is not a valid number"                },
-    {ftFloat,    "",           "-",                   "\"-\" is not a valid number"                     },
     {ftFloat,    "",           "null",                "\"null\" is not a valid number"                  },
     {ftCurrency, "00.00$",     "05.10$",              "         5.1000"                                 },
     {ftCurrency, "$ #,##0.00", "-$ 1,234.50",         "     -1234.5000"                                 },
@@ -255,25 +246,9 @@ TEST(NorvaDBF, HoldsNoMoreThan255Fields) {
   EXPECT_EQ(Number(file, 10, 4), 1U + 255 * 255);
 }
 
-TEST(NorvaDBF, TheCountIsRightAfterEveryRecord) {
-  const TTempFolder folder;
-  TDBF exporter({ftInteger});
-  for (int n = 0; n < 300; ++n) exporter.Source.Append({n});
-  TFileStream stream(folder.Path("a"), fmCreate);
-  stream.Write("before");
-  exporter.OnExportedRecord = [&](TObject&, std::int32_t RecNo) {
-    if (RecNo % 50 != 49 && RecNo != 255) return;
-    stream.Flush();
-    const std::string file = folder.Read("a").substr(6);
-    EXPECT_EQ(Number(file, 4, 4), static_cast<std::uint32_t>(RecNo + 1));
-    EXPECT_EQ(file.size(), 65U + 12 * (static_cast<std::size_t>(RecNo) + 1));
-  };
-  exporter.ExportToStream(stream);
-}
-
-// The operations by themselves give what an export gives.
-TEST(LumDBFWriter, WritesFieldByField) {
+TEST(LumDBFWriter, WritesFieldByFieldAndCounts) {
   TMemoryStream stream;
+  stream.Write("before");
   TLumDBFWriter writer(stream);
   TDBFFieldDescriptor number, day;
   number.FieldType = 'N', number.Length = 3;
@@ -287,7 +262,9 @@ TEST(LumDBFWriter, WritesFieldByField) {
   writer.WriteData(0, "1234");
   EXPECT_THROW(writer.WriteData(1, "never"), EConvertError);
   EXPECT_EQ(stream.Bytes().substr(header), "  12         ***");
-  EXPECT_EQ(Number(stream.Bytes(), 4, 4), 2U);
+  EXPECT_EQ(Number(stream.Bytes(), 6 + 4, 4), 2U);
+  for (int n = 3; n <= 257; ++n) writer.WriteData(0, "");
+  EXPECT_EQ(Number(stream.Bytes(), 6 + 4, 4), 257U);
 }
 
 }  // namespace
