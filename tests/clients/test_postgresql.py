@@ -7,6 +7,7 @@ import json
 import os
 import pwd
 import shutil
+import socket
 import subprocess
 import tempfile
 import unittest
@@ -21,16 +22,22 @@ BIN = sorted(glob.glob("/usr/lib/postgresql/*/bin"), key=lambda path: int(path.s
 TYPES = {text: "TEXT", integer: "BIGINT", number: "DOUBLE PRECISION", money: "DOUBLE PRECISION",
          boolean: "BOOLEAN", date: "DATE", time: "TIME", date_time: "TIMESTAMP"}
 
+HOST = "127.0.0.1"
+
+
+def free_port():
+    with socket.create_server((HOST, 0)) as listener:
+        return listener.getsockname()[1]
+
 
 class PostgreSQL(ClientTest):
     @classmethod
     def setUpClass(cls):
         super().setUpClass()
-        # The server listens on a socket in its own folder only. It refuses to run as root.
         cls.server = tempfile.mkdtemp(prefix="norva-pg-")
         cls.addClassCleanup(shutil.rmtree, cls.server)
         user = {}
-        if os.geteuid() == 0:
+        if os.geteuid() == 0:  # the server refuses to run as root
             owner = pwd.getpwnam("postgres")
             os.chown(cls.server, owner.pw_uid, owner.pw_gid)
             user = {"user": owner.pw_uid, "group": owner.pw_gid, "extra_groups": []}
@@ -39,17 +46,26 @@ class PostgreSQL(ClientTest):
             subprocess.run(command, check=True, stdout=subprocess.DEVNULL, cwd=cls.server, **user)
 
         data = os.path.join(cls.server, "data")
+        log = os.path.join(cls.server, "log")
         control = [os.path.join(BIN, "pg_ctl"), "-D", data, "-w"]
+
+        def start():
+            cls.port = free_port()
+            run(*control, "-l", log, "-o",
+                f"-F -c listen_addresses={HOST} -c port={cls.port} -k ''", "start")
+
         run(os.path.join(BIN, "initdb"), "-D", data, "-U", "norva", "-A", "trust", "-N", "-E",
             "UTF8", "--locale=C")
-        run(*control, "-l", os.path.join(cls.server, "log"), "-o",
-            f"-F -c listen_addresses='' -k '{cls.server}'", "start")
+        try:
+            start()
+        except subprocess.CalledProcessError:  # another program may have taken the port
+            start()
         cls.addClassCleanup(run, *control, "-m", "immediate", "stop")
 
     def psql(self, *arguments):
         run = subprocess.run(
-            ["psql", "-X", "-q", "-A", "-t", "-h", self.server, "-U", "norva", "-d", "postgres",
-             "-v", "ON_ERROR_STOP=1", *arguments], capture_output=True, encoding="utf-8",
+            ["psql", "-X", "-q", "-A", "-t", "-h", HOST, "-p", str(self.port), "-U", "norva", "-d",
+             "postgres", "-v", "ON_ERROR_STOP=1", *arguments], capture_output=True, encoding="utf-8",
             env={**os.environ, "PGCLIENTENCODING": "UTF8"}, check=False)
         self.assertEqual((run.returncode, run.stderr), (0, ""))
         return run.stdout
