@@ -49,6 +49,7 @@ TEST_F(ListsTest, FormatsWithTheirExtensions) {
                                         "csv +\\.csv +Comma-separated values",
                                         "dif +\\.dif +Data Interchange Format",
                                         "sylk +\\.slk +Symbolic Link format",
+                                        "html +\\.html \\.htm +Web pages",
                                         "clipboard +Text on the clipboard",
                                     });
 }
