@@ -4,7 +4,9 @@
 add_library(norva_flags INTERFACE)
 target_compile_features(norva_flags INTERFACE cxx_std_20)
 target_compile_options(norva_flags INTERFACE
-  $<$<COMPILE_LANGUAGE:CXX>:-Wall -Wextra -Wpedantic -Wconversion -Wshadow>)
+  $<$<COMPILE_LANGUAGE:CXX>:-Wall -Wextra -Wpedantic -Wconversion -Wshadow>
+  # Calls within a library need not allow for another one that replaces the function.
+  $<$<COMPILE_LANGUAGE:CXX>:-fno-semantic-interposition>)
 
 # norva_configure_library(TARGET): the settings that all installed libraries share.
 function(norva_configure_library target)
@@ -16,6 +18,7 @@ function(norva_configure_library target)
     POSITION_INDEPENDENT_CODE ON)
   target_compile_features(${target} PUBLIC cxx_std_20)
   target_link_libraries(${target} PRIVATE $<BUILD_INTERFACE:norva_flags>)
+  target_link_options(${target} PRIVATE -Wl,-Bsymbolic-functions)
   target_include_directories(${target} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
   if(NOT BUILD_SHARED_LIBS)
     target_compile_definitions(${target} PUBLIC NORVA_STATIC)

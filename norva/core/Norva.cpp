@@ -166,7 +166,7 @@ void TNorva::GetCaptionRow(std::string& Row) {
   for (int i = 0; i < Columns.Count(); ++i) GetColCaption(i, Row);
 }
 
-[[gnu::flatten]] void TNorva::GetDataRow(bool NeedFormat, std::string& Row) {
+void TNorva::GetDataRow(bool NeedFormat, std::string& Row) {
   for (int i = 0; i < Columns.Count(); ++i) GetColData(i, NeedFormat, Row);
 }
 
@@ -195,7 +195,7 @@ void TNorva::UnsafeText(std::string_view Text) {
   if (OnUnsafeText) OnUnsafeText(*this, Column_, Text);
 }
 
-[[gnu::flatten]] bool TNorva::GetColDataSt(int Index, bool NeedFormat, std::string& Text) {
+bool TNorva::GetColDataSt(int Index, bool NeedFormat, std::string& Text) {
   Column_ = Index;
   const std::size_t start = Text.size();
   const TNorvaColumn& column = Columns[Index];

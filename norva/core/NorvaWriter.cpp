@@ -1,5 +1,8 @@
 #include <norva/core/NorvaWriter.h>
 
+#include <algorithm>
+#include <cstring>
+
 #include <norva/platform/CodePages.h>
 
 namespace norva {
@@ -35,15 +38,17 @@ std::string TNorvaWriter::PadC(std::string_view S, char Ch, int Len) {
 }
 
 void TNorvaWriter::PadTail(std::string& Row, std::size_t Start, char Ch, int Len,
-                           TNorvaColAlign Align) {
-  if (Len <= 0) return;
+                           TNorvaColAlign Align, int Gap) {
+  const std::size_t bytes = Row.size() - Start;
   const std::size_t have = CharCount(std::string_view(Row).substr(Start));
-  const auto wanted = static_cast<std::size_t>(Len);
-  if (have >= wanted) return;
-  const std::size_t missing = wanted - have;
+  const auto wanted = static_cast<std::size_t>(std::max(Len, 0));
+  const std::size_t missing = wanted > have ? wanted - have : 0;
   const std::size_t left = Align == ecaRight ? missing : Align == ecaCenter ? missing / 2 : 0;
-  if (left > 0) Row.insert(Start, left, Ch);
-  Row.append(missing - left, Ch);
+  Row.append(missing + static_cast<std::size_t>(std::max(Gap, 0)), Ch);
+  if (left == 0) return;
+  char* const text = Row.data() + Start;
+  std::memmove(text + left, text, bytes);
+  std::memset(text, Ch, left);
 }
 
 std::string TNorvaWriter::AlignToStr(TNorvaColAlign Align) const {

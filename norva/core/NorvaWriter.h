@@ -34,8 +34,9 @@ class NORVA_EXPORT TNorvaWriter : public TObject {
   /// `Ch` on both sides; the odd one goes to the right.
   static std::string PadC(std::string_view S, char Ch, int Len);
   /// Pads the tail of `Row` that begins at byte `Start` to `Len` characters: PadR for ecaLeft, PadC
-  /// for ecaCenter, PadL for ecaRight.
-  static void PadTail(std::string& Row, std::size_t Start, char Ch, int Len, TNorvaColAlign Align);
+  /// for ecaCenter, PadL for ecaRight. `Gap` more of `Ch` follow in any case.
+  static void PadTail(std::string& Row, std::size_t Start, char Ch, int Len, TNorvaColAlign Align,
+                      int Gap = 0);
 
   /// "Left alignment", "Center alignment", "Right alignment", else "Unknown alignment"; formats
   /// with alignment keywords of their own give those.

@@ -1,6 +1,7 @@
 #include <norva/platform/NumberPicture.h>
 
 #include <algorithm>
+#include <bit>
 #include <charconv>
 #include <cmath>
 #include <cstring>
@@ -41,6 +42,13 @@ constexpr std::array<std::uint64_t, 20> Thresholds = [] {
   for (std::size_t i = 1; i < powers.size(); ++i) powers[i] = 10 * powers[i - 1];
   return powers;
 }();
+
+// 0 has none.
+std::size_t DigitCount(std::uint64_t Value) {
+  // 1233 / 4096 is log10(2): the digits of the next lower power of two, which may be one too few.
+  const auto count = static_cast<std::size_t>(std::bit_width(Value)) * 1233 >> 12;
+  return count < Thresholds.size() && Value >= Thresholds[count] ? count + 1 : count;
+}
 
 // Length of the section that `Text` begins with; a `;` inside quotes does not end it.
 std::size_t SectionLength(std::string_view Text) {
@@ -225,8 +233,7 @@ bool TNumberPicture::TSection::CanWritePlain(const TFormatSettings& Settings) co
 // What AppendPlain writes for the integer digits of `Whole` and `Decimals` decimals.
 std::size_t TNumberPicture::TSection::PlainLength(bool Negative, std::uint64_t Whole, int Decimals,
                                                   const TFormatSettings& Settings) const {
-  std::size_t digits = static_cast<std::size_t>(MinInteger);
-  while (digits < Thresholds.size() && Whole >= Thresholds[digits]) ++digits;
+  const std::size_t digits = std::max(static_cast<std::size_t>(MinInteger), DigitCount(Whole));
   std::size_t length = digits + Prefix.size() + Suffix.size() + (Negative ? 1 : 0);
   if (Decimals > 0) length += static_cast<std::size_t>(Decimals) + 1;
   if (Grouping && digits > 3) length += (digits - 1) / 3 * Settings.ThousandSeparator.size();

@@ -151,24 +151,44 @@ bool KeepsTime(const TFormatSettings& Settings) {
   return runs.AtEnd() || (runs.Take(" am/pm") && runs.AtEnd());
 }
 
+/// Whether the texts of dates and of times are read back, and the settings that this was found for.
+/// Without strings, so that a thread's record needs no set-up that each access would look at.
+struct TKeptAnswer {
+  static constexpr std::size_t MaxLength = 32;  // longer pictures are looked at each time
+
+  bool IsFor(const TFormatSettings& Settings) const {
+    return Marks[0] == Settings.DateSeparator && Marks[1] == Settings.TimeSeparator &&
+           Text(DateFormat, DateLength) == Settings.ShortDateFormat &&
+           Text(TimeFormat, TimeLength) == Settings.LongTimeFormat;
+  }
+
+  void Find(const TFormatSettings& Settings) {
+    Date = KeepsDate(Settings);
+    Time = KeepsTime(Settings);
+    Marks[0] = Settings.DateSeparator;
+    Marks[1] = Settings.TimeSeparator;
+    DateLength = Settings.ShortDateFormat.copy(DateFormat, MaxLength);
+    TimeLength = Settings.LongTimeFormat.copy(TimeFormat, MaxLength);
+  }
+
+  bool Date, Time;
+
+ private:
+  static std::string_view Text(const char* Format, std::size_t Length) { return {Format, Length}; }
+
+  char Marks[2];  // no separator is NUL, so a new record is for no settings
+  std::size_t DateLength, TimeLength;
+  char DateFormat[MaxLength], TimeFormat[MaxLength];
+};
+
 }  // namespace
 
 bool TextKeepsDateTime(TFieldType Type, const TFormatSettings& Settings) {
   // Asked for every cell, while the settings hardly ever change: the last answer is kept.
-  struct TAnswer {
-    std::string ShortDateFormat, LongTimeFormat;
-    char DateSeparator = '\0', TimeSeparator = '\0';
-    bool Date = false, Time = false;
-  };
-  static thread_local TAnswer last;
-  if (last.ShortDateFormat != Settings.ShortDateFormat ||
-      last.LongTimeFormat != Settings.LongTimeFormat ||
-      last.DateSeparator != Settings.DateSeparator ||
-      last.TimeSeparator != Settings.TimeSeparator) {
-    last = {Settings.ShortDateFormat, Settings.LongTimeFormat, Settings.DateSeparator,
-            Settings.TimeSeparator,   KeepsDate(Settings),     KeepsTime(Settings)};
-  }
-  return (Type == ftTime || last.Date) && (Type == ftDate || last.Time);
+  static thread_local TKeptAnswer last;
+  TKeptAnswer& answer = last;
+  if (!answer.IsFor(Settings)) answer.Find(Settings);
+  return (Type == ftTime || answer.Date) && (Type == ftDate || answer.Time);
 }
 
 std::optional<double> TypedNumber(const TNorvaColumn& Column, const TFieldValue& Value,

@@ -189,7 +189,7 @@ void TNorvaASCII::GetDataRow(bool NeedFormat, std::string& Row) {
   EndRow(Row);
 }
 
-[[gnu::flatten]] void TNorvaASCII::GetColData(int Index, bool NeedFormat, std::string& Text) {
+void TNorvaASCII::GetColData(int Index, bool NeedFormat, std::string& Text) {
   if (ExportType_ == etDIF) BeginTuple(Index, Text);
   if (ExportType_ == etSYLK) {
     Text += "C;X";
@@ -224,8 +224,7 @@ void TNorvaASCII::GetDataRow(bool NeedFormat, std::string& Row) {
 
 void TNorvaASCII::PadCell(int Index, std::size_t Start, std::string& Text) const {
   const TNorvaColumn& column = Columns[Index];
-  TNorvaWriter::PadTail(Text, Start, ' ', column.Width, column.Align);
-  if (TXTSpacing > 0) Text.append(static_cast<std::size_t>(TXTSpacing), ' ');
+  TNorvaWriter::PadTail(Text, Start, ' ', column.Width, column.Align, TXTSpacing);
 }
 
 void TNorvaASCII::EndRow(std::string& Row) const {
@@ -237,7 +236,7 @@ bool TNorvaASCII::CopiesTexts() const {
   return typeid(*this) == typeid(TNorvaASCII) && ExportType_ != etCSV;
 }
 
-[[gnu::flatten]] void TNorvaASCII::NormalString(std::string_view S, std::string& Text) {
+void TNorvaASCII::NormalString(std::string_view S, std::string& Text) {
   if (S.empty() || ExportType_ != etCSV || !CSVQuoteStrings) {
     TNorvaFormatText::NormalString(S, Text);
     return;
