@@ -63,7 +63,7 @@ TEST_F(ListsTest, PropertiesWithTypeAndDefault) {
                         "OnEndExport +TNotifyEvent",
                         "Captions +String list",
                         "Formats\\.CurrencyFormat +String +\"00\\.00\\$\"",
-                        "ExportType +TNorvaASCIIType \\(etTXT, etCSV, etDIF, etSYLK\\) +etTXT",
+                        "ExportType +TNorvaASCIIType \\(etTXT, etCSV, etDIF, etSYLK\\) +etCSV",
                         "CSVComma +Char +,",
                         "AutoCalcColWidth +Boolean +true",
                     });

@@ -28,11 +28,12 @@ std::string AlignText(TNorvaColAlign Align) {
 /// A text as a cell; quotes show where it ends, and that it is there at all.
 std::string Quoted(const std::string& Text) { return '"' + Text + '"'; }
 
+/// What an export starts from: the value of a new exporter, which may come from the locale, from
+/// another property or from the tool.
 std::string DefaultOf(const TPropertyPath& Path) {
   const TProperty& property = *Path.Property;
   if (property.Kind != pkValue) return {};
-  // Without a stored default: what a new exporter has, such as the pictures of the locale.
-  const std::string text = property.Default ? *property.Default : property.Get(*Path.Object);
+  const std::string text = property.Get(*Path.Object);
   return property.TypeName == "String" ? Quoted(text) : text;
 }
 

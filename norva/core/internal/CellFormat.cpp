@@ -225,8 +225,9 @@ std::size_t LengthBound(const TNorvaColumn& Column, const TFieldValue& Value,
       return TextKeepsDateTime(Column.FieldType, Settings)
                  ? Column.DatePicture().LengthBound(Settings)
                  : SIZE_MAX;
-    case vkNull:
     case vkBoolean:
+      return Column.ColType == ectBoolean ? std::string_view("False").size() : SIZE_MAX;
+    case vkNull:
       break;
   }
   return SIZE_MAX;
