@@ -1,6 +1,7 @@
 #include <norva/platform/IniFile.h>
 
 #include <algorithm>
+#include <exception>
 #include <utility>
 
 #include <norva/platform/CodePages.h>
@@ -62,12 +63,13 @@ bool TIniFile::TSection::HasKeys() const {
   return std::any_of(Lines.begin(), Lines.end(), [](const TLine& line) { return line.IsKey; });
 }
 
-TIniFile::TIniFile(std::string FileName) : FileName_(std::move(FileName)), Sections_(1) {
+TIniFile::TIniFile(std::string FileName)
+    : FileName_(std::move(FileName)), Sections_(1), Exceptions_(std::uncaught_exceptions()) {
   Load(internal::ReadWholeFile(FileName_));
 }
 
 TIniFile::~TIniFile() {
-  if (!Changed_) return;
+  if (!Changed_ || std::uncaught_exceptions() > Exceptions_) return;
   try {
     UpdateFile();
   } catch (const std::exception&) {  // a destructor has nobody to tell

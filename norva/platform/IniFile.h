@@ -6,7 +6,8 @@
 ///   NullString=" - "                    ... unless the value stands in " or '
 ///
 /// The file is read once, by the constructor, and written by UpdateFile or, when something has
-/// changed, by the destructor. Texts are bytes in the active code page.
+/// changed, by the destructor; but not by one that runs because of an exception, so that half of
+/// the changes never replaces an old file. Texts are bytes in the active code page.
 #pragma once
 
 #include <cstdint>
@@ -26,7 +27,8 @@ class NORVA_EXPORT TIniFile {
  public:
   /// A missing file counts as empty. Throws EFOpenError or EReadError for one that cannot be read.
   explicit TIniFile(std::string FileName);
-  /// Writes the file when something has changed. Errors are lost here: call UpdateFile to see them.
+  /// Writes the file when something has changed and no exception has come up since the constructor.
+  /// Errors are lost here: call UpdateFile to see them.
   ~TIniFile();
   TIniFile(const TIniFile&) = delete;
   TIniFile& operator=(const TIniFile&) = delete;
@@ -93,6 +95,7 @@ class NORVA_EXPORT TIniFile {
   std::string FileName_;
   std::vector<TSection> Sections_;  // the first one stands above all headers
   bool Changed_ = false;
+  const int Exceptions_;  // on their way when this object was made
 };
 
 }  // namespace norva

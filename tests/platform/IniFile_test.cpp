@@ -8,6 +8,7 @@
 
 #include <norva/platform/CodePages.h>
 #include <norva/platform/Exceptions.h>
+#include <norva/platform/Messages.h>
 #include <tests/ErrorText.h>
 #include <tests/TempFolder.h>
 #include <tests/Vectors.h>
@@ -190,6 +191,13 @@ TEST(TIniFile, TheDestructorWritesChangesOnly) {
   EXPECT_EQ(folder.Read("a.ini"), "[s]\nk=1\n");
   { TIniFile(name).WriteString("S", "K", "2"); }
   EXPECT_EQ(folder.Read("a.ini"), "[s]\r\nk=2\r\n");
+  EXPECT_EQ(ErrorText<EIniError>([&] {
+              TIniFile ini(name);
+              ini.EraseSection("s");
+              ini.WriteString("s", "a=b", "");
+            }),
+            Format(MsgIniKey, "a=b", "s"));
+  EXPECT_EQ(folder.Read("a.ini"), "[s]\r\nk=2\r\n");  // not half of the changes
 }
 
 TEST(TIniFile, ReplacesTheFileBehindALinkAndKeepsItsPermissions) {
