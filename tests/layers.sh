@@ -17,6 +17,7 @@ forbid() {
 forbid platform 'core|formats|dialog|sources'
 forbid core 'formats|dialog|sources'
 forbid formats 'dialog|sources'
+forbid dialog 'sources'
 forbid sources 'core|formats|dialog'
 # No format includes another one's folder.
 for family in formats/*/; do

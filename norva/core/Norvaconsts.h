@@ -14,6 +14,12 @@ inline constexpr const char* MsgIniValue =
 // When an RTF document has no memory to make room for a font or a colour.
 inline constexpr const char* MsgNoScratch = "VirtualAlloc failed! :-(";
 
+// The dialog.
+inline constexpr const char* MsgSaveOptions = "Save Export Options...";
+inline constexpr const char* MsgLoadOptions = "Load Export Options...";
+inline constexpr const char* MsgExportNotAllowed =
+    "%s is not among the AllowedExports of this dialog: choose another ExportType";
+
 // Workbooks. Rows and columns are counted from 0 in the first, as the sheet's records do.
 inline constexpr const char* MsgCellTooLong = "Cell R%d,C%d: String length more than 32767 bytes";
 inline constexpr const char* MsgRecordTooMany =
