@@ -251,16 +251,11 @@ void TNorvaDialog::Assign(const TPersistent& Source) {
 
 bool TNorvaDialog::ShowsPage(TCommonOption Page) const {
   if (!CommonOptions.Contains(Page)) return false;
-  const auto publishes = [this](const char* name) {
-    return WithExporter(*this, ExportType, [name](const TNorva& own) {
-      return own.Properties().Find(name) != nullptr;
-    });
-  };
   switch (Page) {
     case coColons:
-      return publishes("Header");
+      return ExportType != aeXML && ExportType != aeDBF;
     case coCaptions:
-      return publishes("Captions");
+      return ExportType != aeSQL;
     case coOptions:
       return ExportType != aeDBF && ExportType != aeDIFF && ExportType != aeSylk;
     default:

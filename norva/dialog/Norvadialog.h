@@ -20,7 +20,7 @@
 ///   coFields    the exported fields                in every format
 ///   coFormats   the formats of values and fields   in every format
 ///   coColons    header and footer lines            not for aeXML, aeDBF
-///   coCaptions  captions, widths, alignments       not for aeDBF, aeSQL
+///   coCaptions  captions, widths, alignments       not for aeSQL
 ///   coOptions   the format's own options           not for aeDBF, aeDIFF, aeSylk
 #pragma once
 

@@ -94,7 +94,7 @@ const TFileCase FileCases[] = {
      "HTMLOptions.ALinkColor=$000A0B0C HTMLTemplate=htCustom"},
     {aeXML, std::string(CaptionsPart) + "/[XML]/Standalone=0/Encoding=windows-1252/",
      "XMLOptions.StandAlone=false XMLOptions.Encoding=windows-1252"},
-    {aeDBF, "", "FileName=out.x ShowFile=true PrintFile=true GoToFirstRecord=false "
+    {aeDBF, CaptionsPart, "FileName=out.x ShowFile=true PrintFile=true GoToFirstRecord=false "
      "CurrentRecordOnly=true ExportRecCount=7 SkipRecCount=8 AllowCaptions=false "
      "Formats.IntegerFormat=0i Formats.FloatFormat=0f Formats.DateFormat=d Formats.TimeFormat=t "
      "Formats.DateTimeFormat=dt Formats.CurrencyFormat=0c Formats.BooleanTrue=Y "
