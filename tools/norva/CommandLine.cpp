@@ -91,6 +91,8 @@ struct TExportOptions {
         Limit(One(App, "--limit", "N", "Greatest number of records; 0 is all")),
         Skip(One(App, "--skip", "N", "Records to step over first")),
         Set(Many(App, "--set", "PATH=VALUE", "Any property of `norva properties FMT`")),
+        Options(One(App, "--options", "FILE.ini", "Settings to begin with")),
+        SaveOptions(One(App, "--save-options", "FILE.ini", "Keep the settings of this run")),
         Locale(One(App, "--locale", "NAME", "invariant, or a locale of `locale -a`")),
         CodePage(One(App, "--code-page", "N", "65001 (UTF-8) or a Windows code page")),
         OnUnmappable(One(App, "--on-unmappable", "HOW",
@@ -108,8 +110,8 @@ struct TExportOptions {
  private:
   TSourceOptions Source;
   CLI::Option *Format, *Output, *Field, *Caption, *UserFormat, *Width, *Align, *Length, *Title,
-      *Header, *Footer, *Null, *NoCaptions, *Limit, *Skip, *Set, *Locale, *CodePage, *OnUnmappable,
-      *Progress, *NoProgress, *Open, *Print, *Quiet, *KeepPartial;
+      *Header, *Footer, *Null, *NoCaptions, *Limit, *Skip, *Set, *Options, *SaveOptions, *Locale,
+      *CodePage, *OnUnmappable, *Progress, *NoProgress, *Open, *Print, *Quiet, *KeepPartial;
 };
 
 TExportArguments TExportOptions::Read() const {
@@ -131,6 +133,8 @@ TExportArguments TExportOptions::Read() const {
   to.Limit = TextOf(Limit);
   to.Skip = TextOf(Skip);
   to.Settings = TextsOf(Set);
+  to.Options = FileNameOf(Options);
+  to.SaveOptions = FileNameOf(SaveOptions);
   to.Locale = TextOf(Locale);
   to.CodePage = TextOf(CodePage);
   to.OnUnmappable = TextOf(OnUnmappable);

@@ -28,6 +28,7 @@ struct TExportArguments {
   bool NoCaptions = false;
   std::optional<std::string> Limit, Skip;
   std::vector<std::string> Settings;    ///< `PATH=VALUE`
+  std::string Options, SaveOptions;     ///< files; empty: none
   std::optional<std::string> Locale;    ///< absent: the environment's
   std::optional<std::string> CodePage;  ///< absent: the format's
   std::optional<std::string> OnUnmappable;

@@ -6,13 +6,16 @@
 #include <filesystem>
 #include <limits>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <system_error>
 #include <vector>
 
 #include <norva/core/NorvaBases.h>
+#include <norva/dialog/Norvadialog.h>
 #include <norva/formats/database/Norvasql.h>
+#include <norva/formats/spreadsheet/Norvaxls.h>
 #include <norva/platform/CodePages.h>
 #include <norva/platform/Exceptions.h>
 #include <norva/platform/Shell.h>
@@ -21,6 +24,7 @@
 #include <tools/norva/Interrupt.h>
 #include <tools/norva/Messages.h>
 #include <tools/norva/Nearest.h>
+#include <tools/norva/OptionsFile.h>
 #include <tools/norva/Progress.h>
 #include <tools/norva/Report.h>
 #include <tools/norva/Settings.h>
@@ -34,9 +38,19 @@ namespace {
 
 using TClock = std::chrono::steady_clock;
 
-const TFormat& ChooseFormat(const TExportArguments& Arguments, const TOutputSettings& Output) {
-  const TFormat& format =
-      Arguments.Format ? FormatByName(*Arguments.Format) : FormatByExtension(Output.FileName);
+/// By `--format`, the extension of `-o` or the options file, whichever says something first.
+const TFormat& FormatOf(const TExportArguments& Arguments, const std::string& FileName,
+                        const TNorvaDialog* Stored) {
+  if (Arguments.Format) return FormatByName(*Arguments.Format);
+  if (!Stored) return FormatByExtension(FileName);
+  const bool isGiven = FileName != Stored->FileName;
+  const TFormat* const byOutput = isGiven ? FindByExtension(FileName) : nullptr;
+  return byOutput ? *byOutput : FormatByKind(Stored->ExportType);
+}
+
+const TFormat& ChooseFormat(const TExportArguments& Arguments, const TOutputSettings& Output,
+                            const TNorvaDialog* Stored) {
+  const TFormat& format = FormatOf(Arguments, Output.FileName, Stored);
   const bool needsFile = !format.Extensions.empty();
   if (needsFile && Output.FileName.empty()) throw EUsage(MsgOutputWanted);
   return format;
@@ -57,18 +71,60 @@ std::string CheckOutput(const TExportArguments& Arguments, const TOutputSettings
   return {};
 }
 
-// The exporter itself would ignore a caption or a width for a column that is not there.
-void CheckColumnNames(const TNorva& Exporter, const TSource& Source) {
-  for (const std::string& name : Exporter.ExportedFields) Source.CheckField("--field", name);
-  const auto check = [&Source](const char* option, const TStringList& list) {
-    for (int i = 0; i < list.Count(); ++i) Source.CheckField(option, list.Names(i));
-  };
-  check("--caption", Exporter.Captions);
-  check("--user-format", Exporter.UserFormats);
-  check("--width", Exporter.ColumnsWidth);
-  check("--align", Exporter.ColumnsAlign);
-  check("--length", Exporter.ColumnsLength);
+/// Keeps the settings as they are before the tool fits them to the source.
+void TakeSettings(const TNorva& Exporter, const TOutputSettings& Output, TNorvaDialog& Dialog) {
+  Dialog.Assign(Exporter);
+  Dialog.FileName = Output.FileName;
+  Dialog.ShowFile = Output.ShowFile;
+  Dialog.PrintFile = Output.PrintFile;
 }
+
+/// The exporter writes where the tool tells it later, and shows nothing itself.
+void DirectOutput(TNorva& Exporter, const std::string& FileName) {
+  auto* const toFile = dynamic_cast<TNorvaText*>(&Exporter);
+  if (!toFile) return;
+  toFile->FileName = FileName;
+  toFile->ShowFile = toFile->PrintFile = false;
+}
+
+/// The exporter itself would ignore a caption or a width for a column that is not there. Names that
+/// no option of the command gives are of the options file.
+class TColumnCheck {
+ public:
+  TColumnCheck(const TExportArguments& Arguments, const TSource& Source)
+      : Arguments_(Arguments), Source_(Source) {}
+
+  void Run(TNorva& Exporter) const {
+    const char* const option = Arguments_.Fields.empty() ? FromFile : "--field";
+    for (const std::string& name : Exporter.ExportedFields) Source_.CheckField(option, name);
+    Check("--caption", Arguments_.Captions, Exporter.Captions);
+    Check("--user-format", Arguments_.UserFormats, Exporter.UserFormats);
+    Check("--width", Arguments_.Widths, Exporter.ColumnsWidth);
+    Check("--align", Arguments_.Aligns, Exporter.ColumnsAlign);
+    Check("--length", Arguments_.Lengths, Exporter.ColumnsLength);
+    const auto* const workbook = dynamic_cast<const TNorvaXLS*>(&Exporter);
+    for (int i = 0; workbook && i < workbook->FieldFormats.Count(); ++i) {
+      Source_.CheckField(FromFile, workbook->FieldFormats[i].FieldName);
+    }
+  }
+
+ private:
+  static constexpr const char* FromFile = "--options";
+
+  void Check(const char* Option, const std::vector<std::string>& Given,
+             const TStringList& List) const {
+    for (int i = 0; i < List.Count(); ++i) {
+      const std::string name = List.Names(i);
+      const bool isGiven = std::any_of(Given.begin(), Given.end(), [&name](const auto& text) {
+        return text.starts_with(ToUtf8(name) + "=");
+      });
+      Source_.CheckField(isGiven ? Option : FromFile, name);
+    }
+  }
+
+  const TExportArguments& Arguments_;
+  const TSource& Source_;
+};
 
 // Unless columns are named, the first blob would end the list of columns.
 void LeaveOutBlobs(TNorva& Exporter, const TSource& Source, bool Quiet) {
@@ -174,18 +230,25 @@ class TExportRun {
 
 void ExportCommand(const TExportArguments& Arguments) {
   const TClock::time_point begun = TClock::now();
-  const TOutputSettings output = OutputSettings(Arguments);
-  const TFormat& format = ChooseFormat(Arguments, output);
+  // Read once for what the next steps ask of it, and again when text and format are chosen.
+  std::optional<TNorvaDialog> stored;
+  if (!Arguments.Options.empty()) stored.emplace().LoadExportOptions(Arguments.Options);
+  const TNorvaDialog* const options = stored ? &*stored : nullptr;
+  const TOutputSettings output = OutputSettings(Arguments, options);
+  const TFormat& format = ChooseFormat(Arguments, output, options);
   const std::string fileName = CheckOutput(Arguments, output);
+  CheckOptionsFile(Arguments, output.FileName);
   ChooseText(Arguments, format);
-  const std::unique_ptr<TNorva> exporter = format.Make();
+  const std::unique_ptr<TNorvaDialog> dialog = MakeDialog(format, Arguments.Options);
+  const std::unique_ptr<TNorva> exporter = dialog->CreateExporter();
   ApplySettings(Arguments, *exporter);
-  if (auto* const toFile = dynamic_cast<TNorvaText*>(exporter.get())) toFile->FileName = fileName;
+  TakeSettings(*exporter, output, *dialog);
+  DirectOutput(*exporter, fileName);
   if (format.Check) format.Check(*exporter);
 
   TSource source(Arguments.Source);
   exporter->DataSet = &source.DataSet();
-  CheckColumnNames(*exporter, source);
+  TColumnCheck(Arguments, source).Run(*exporter);
   NameTable(*exporter, source);
   LeaveOutBlobs(*exporter, source, Arguments.Quiet);
   const std::unique_ptr<TTarget> target = MakeTarget(output.FileName, format);
@@ -204,6 +267,7 @@ void ExportCommand(const TExportArguments& Arguments) {
     Say(DoneLine(target->Name(), run.Written(), exporter->Columns.Count(), target->Bytes(),
                  elapsed.count()));
   }
+  if (!Arguments.SaveOptions.empty()) SaveOptions(Arguments, *dialog);
   if (output.ShowFile) ShellOpen(target->FileName());
   if (output.PrintFile) ShellPrint(target->FileName());
 }

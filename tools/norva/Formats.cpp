@@ -22,26 +22,12 @@
 namespace norva::tool {
 namespace {
 
-template <TNorvaASCIIType Type>
-std::unique_ptr<TNorva> MakeASCII() {
-  auto exporter = std::make_unique<TNorvaASCII>();
-  exporter->SetExportType(Type);
-  return exporter;
-}
-
-template <class TExporter>
-std::unique_ptr<TNorva> Make() {
-  return std::make_unique<TExporter>();
-}
-
 /// With what the readers of tables want: plain numbers, and blanks for nulls.
-std::unique_ptr<TNorva> MakeDBF() {
-  auto exporter = std::make_unique<TNorvaDBF>();
-  exporter->Formats.SetIntegerFormat("0");
-  exporter->Formats.SetFloatFormat("0.0000");
-  exporter->Formats.SetCurrencyFormat("0.0000");
-  exporter->Formats.NullString.clear();
-  return exporter;
+void PrepareDBF(TNorvaDialog& Dialog) {
+  Dialog.Formats.SetIntegerFormat("0");
+  Dialog.Formats.SetFloatFormat("0.0000");
+  Dialog.Formats.SetCurrencyFormat("0.0000");
+  Dialog.Formats.NullString.clear();
 }
 
 /// The values that a table could not hold.
@@ -80,11 +66,7 @@ void CheckPages(const TNorva& Exporter) {
 }
 
 /// The document names the page that the text is in.
-std::unique_ptr<TNorva> MakeLaTeX() {
-  auto exporter = std::make_unique<TNorvaLaTeX>();
-  exporter->Options.SetCodePage(ActiveCodePage());
-  return exporter;
-}
+void PrepareLaTeX(TNorvaDialog& Dialog) { Dialog.LaTeX.Options.SetCodePage(ActiveCodePage()); }
 
 /// The pages that the packages of TeX Live have an input encoding for.
 constexpr int InputEncodings[] = {437, 850, 866, 1250, 1251, 1252, 1255, 1256, 1257};
@@ -101,18 +83,18 @@ void CheckEncoding(const TNorva& Exporter) {
 // One row a format, however wide.
 // clang-format off
 constexpr TFormat Table[] = {
-    {"txt",       ".txt",       "Fixed-width text",        CodePageUtf8, true,  MakeASCII<etTXT>,      nullptr,         nullptr     },
-    {"csv",       ".csv",       "Comma-separated values",  CodePageUtf8, true,  MakeASCII<etCSV>,      nullptr,         nullptr     },
-    {"dif",       ".dif",       "Data Interchange Format", CodePageUtf8, true,  MakeASCII<etDIF>,      nullptr,         nullptr     },
-    {"sylk",      ".slk",       "Symbolic Link format",    CodePageUtf8, true,  MakeASCII<etSYLK>,     nullptr,         nullptr     },
-    {"xls",       ".xls",       "Excel 97 workbook",       CodePageUtf8, false, Make<TNorvaXLS>,       CheckSheetTitle, nullptr     },
-    {"html",      ".html .htm", "Web pages",               CodePageUtf8, false, Make<TNorvaHTML>,      CheckPages,      nullptr     },
-    {"xml",       ".xml",       "XML data packet",         CodePageUtf8, true,  Make<TNorvaXML>,       nullptr,         nullptr     },
-    {"rtf",       ".rtf",       "RTF document",            1252,         true,  Make<TNorvaRTF>,       nullptr,         nullptr     },
-    {"latex",     ".tex",       "LaTeX document",          1252,         true,  MakeLaTeX,             CheckEncoding,   nullptr     },
-    {"dbf",       ".dbf",       "dBASE III table",         1252,         false, MakeDBF,               nullptr,         RemarksOnDBF},
-    {"sql",       ".sql",       "SQL script",              CodePageUtf8, true,  Make<TNorvaSQL>,       nullptr,         nullptr     },
-    {"clipboard", "",           "Text on the clipboard",   CodePageUtf8, true,  Make<TNorvaClipboard>, nullptr,         nullptr     },
+    {aeTXT,       "txt",       ".txt",       "Fixed-width text",        CodePageUtf8, true,  nullptr,      nullptr,         nullptr     },
+    {aeCSV,       "csv",       ".csv",       "Comma-separated values",  CodePageUtf8, true,  nullptr,      nullptr,         nullptr     },
+    {aeDIFF,      "dif",       ".dif",       "Data Interchange Format", CodePageUtf8, true,  nullptr,      nullptr,         nullptr     },
+    {aeSylk,      "sylk",      ".slk",       "Symbolic Link format",    CodePageUtf8, true,  nullptr,      nullptr,         nullptr     },
+    {aeXLS,       "xls",       ".xls",       "Excel 97 workbook",       CodePageUtf8, false, nullptr,      CheckSheetTitle, nullptr     },
+    {aeHTML,      "html",      ".html .htm", "Web pages",               CodePageUtf8, false, nullptr,      CheckPages,      nullptr     },
+    {aeXML,       "xml",       ".xml",       "XML data packet",         CodePageUtf8, true,  nullptr,      nullptr,         nullptr     },
+    {aeRTF,       "rtf",       ".rtf",       "RTF document",            1252,         true,  nullptr,      nullptr,         nullptr     },
+    {aeLaTeX,     "latex",     ".tex",       "LaTeX document",          1252,         true,  PrepareLaTeX, CheckEncoding,   nullptr     },
+    {aeDBF,       "dbf",       ".dbf",       "dBASE III table",         1252,         false, PrepareDBF,   nullptr,         RemarksOnDBF},
+    {aeSQL,       "sql",       ".sql",       "SQL script",              CodePageUtf8, true,  nullptr,      nullptr,         nullptr     },
+    {aeClipboard, "clipboard", "",           "Text on the clipboard",   CodePageUtf8, true,  nullptr,      nullptr,         nullptr     },
 };
 // clang-format on
 
@@ -146,11 +128,21 @@ const TFormat& FormatByName(std::string_view Name) {
   throw EUsage(MsgNoFormat, Name, Listed(&TFormat::Name));
 }
 
-const TFormat& FormatByExtension(const std::string& FileName) {
+const TFormat& FormatByKind(TAllowedExport Kind) {
+  if (Kind == aeWord) Kind = aeRTF;
+  return *std::ranges::find(Table, Kind, &TFormat::Kind);
+}
+
+const TFormat* FindByExtension(const std::string& FileName) {
   const std::string extension = ExtractFileExt(FileName);
   for (const TFormat& format : Table) {
-    if (!extension.empty() && HasExtension(format, extension)) return format;
+    if (!extension.empty() && HasExtension(format, extension)) return &format;
   }
+  return nullptr;
+}
+
+const TFormat& FormatByExtension(const std::string& FileName) {
+  if (const TFormat* const format = FindByExtension(FileName)) return *format;
   if (FileName.empty() || FileName == "-") {
     throw EUsage(MsgFormatWanted, Listed(&TFormat::Name));
   }

@@ -1,18 +1,19 @@
 /// The formats of this build. A new one is one row of the table in Formats.cpp.
 #pragma once
 
-#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include <norva/core/Norva.h>
+#include <norva/dialog/Norvadialog.h>
 
 namespace norva::tool {
 
 /// One format, as `--format` names it.
 struct TFormat {
+  TAllowedExport Kind;
   std::string_view Name;
   /// With their points, separated by blanks; empty for what is no file.
   std::string_view Extensions;
@@ -22,9 +23,9 @@ struct TFormat {
   /// Written from front to back into one stream. Others seek, or name files, and reach standard
   /// output and devices through a temporary file.
   bool Streams;
-  /// Makes the exporter with the settings that the tool starts from. Locale and code page must be
-  /// chosen before: an exporter takes its defaults from them.
-  std::unique_ptr<TNorva> (*Make)();
+  /// Gives a new dialog the settings that the tool starts from; null when they are its own. Locale
+  /// and code page must be chosen before: a dialog takes its defaults from them.
+  void (*Prepare)(TNorvaDialog& Dialog);
   /// Throws EUsage for settings that the exporter takes, but not the programs that read its files;
   /// null when there are none. Its FileName is empty where the output is no file.
   void (*Check)(const TNorva& Exporter);
@@ -36,7 +37,11 @@ std::span<const TFormat> Formats();
 
 /// Throws EUsage naming the formats there are.
 const TFormat& FormatByName(std::string_view Name);
-/// By the extension of a file name. Throws EUsage naming those that are known.
+/// aeWord is aeRTF.
+const TFormat& FormatByKind(TAllowedExport Kind);
+/// By the extension of a file name; null when it names none.
+const TFormat* FindByExtension(const std::string& FileName);
+/// The same. Throws EUsage naming those that are known.
 const TFormat& FormatByExtension(const std::string& FileName);
 
 }  // namespace norva::tool

@@ -10,6 +10,7 @@
 #include <norva/platform/Property.h>
 #include <tools/norva/Formats.h>
 #include <tools/norva/Nearest.h>
+#include <tools/norva/OptionsFile.h>
 #include <tools/norva/Settings.h>
 #include <tools/norva/Source.h>
 #include <tools/norva/Terminal.h>
@@ -68,8 +69,8 @@ void ColumnsCommand(const TSourceArguments& Arguments) {
     const TNorvaColumn& column = exporter.Columns[i];
     const bool isExported = exported.IndexOf(column.Name) >= 0;
     table.Add({std::to_string(column.Number), column.Name, NorvaColTypeAsString(column.ColType),
-               column.Caption, std::to_string(column.Width), AlignText(column.Align), column.Format(),
-               column.SQLType, std::to_string(column.Length),
+               column.Caption, std::to_string(column.Width), AlignText(column.Align),
+               column.Format(), column.SQLType, std::to_string(column.Length),
                isExported ? "exported" : "available"});
   }
   Print(table.Text());
@@ -100,7 +101,7 @@ void PropertiesCommand(const std::string& FormatName) {
   FormatSettings();  // the locale's texts, in UTF-8 from here on
   // An exporter may have the page as a property, with what `export` would choose as its default.
   SetActiveCodePage(format.CodePage);
-  const std::unique_ptr<TNorva> exporter = format.Make();
+  const std::unique_ptr<TNorva> exporter = MakeDialog(format, {})->CreateExporter();
   UseUtf8();
   TTextTable table({"property", "type", "default"});
   for (const std::string& name : PropertyNames(exporter->Properties(), *exporter, true)) {

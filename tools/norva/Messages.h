@@ -20,6 +20,7 @@ inline constexpr const char* MsgOutputWanted =
     "Give the file to write with -o, or -o - for standard output";
 inline constexpr const char* MsgOutputIsSource =
     "\"%s\" is the database itself; give another file to write";
+inline constexpr const char* MsgOptionsAreOther = "--save-options \"%s\" is %s; give another file";
 inline constexpr const char* MsgNothingToShow =
     "%s needs a file: give -o a name that is neither standard output nor a device";
 inline constexpr const char* MsgSeveralFiles =
@@ -74,6 +75,8 @@ inline constexpr const char* MsgNotWritten = "; \"%s\" was not written";
 inline constexpr const char* MsgOutOfMemory = "There is not enough memory";
 
 // Notes.
+inline constexpr const char* MsgNotHeld =
+    "Note: \"%s\" cannot hold these settings; give them again beside it: %s";
 inline constexpr const char* MsgLeftOut = "Left out, because blobs are exported only by name: %s";
 inline constexpr const char* MsgAllSkipped =
     "Note: --skip leaves none of the %s; only what surrounds them is written";

@@ -129,22 +129,26 @@ std::vector<std::string> SettingNames(TNorva& Exporter) {
   return names;
 }
 
+/// The string lists and the options that fill them.
+struct TListOption {
+  const char* List;
+  const char* Option;
+  TStringList TNorva::*Member;
+};
+constexpr TListOption ListOptions[] = {
+    {"ExportedFields", "--field",       &TNorva::ExportedFields},
+    {"Captions",       "--caption",     &TNorva::Captions      },
+    {"UserFormats",    "--user-format", &TNorva::UserFormats   },
+    {"ColumnsWidth",   "--width",       &TNorva::ColumnsWidth  },
+    {"ColumnsAlign",   "--align",       &TNorva::ColumnsAlign  },
+    {"ColumnsLength",  "--length",      &TNorva::ColumnsLength },
+    {"Header",         "--header",      &TNorva::Header        },
+    {"Footer",         "--footer",      &TNorva::Footer        },
+};
+
 /// The option that fills the string list `Name`.
 const char* ListOption(std::string_view Name) {
-  struct TListOption {
-    const char *List, *Option;
-  };
-  static constexpr TListOption options[] = {
-      {"ExportedFields", "--field"      },
-      {"Captions",       "--caption"    },
-      {"UserFormats",    "--user-format"},
-      {"ColumnsWidth",   "--width"      },
-      {"ColumnsAlign",   "--align"      },
-      {"ColumnsLength",  "--length"     },
-      {"Header",         "--header"     },
-      {"Footer",         "--footer"     },
-  };
-  for (const TListOption& option : options) {
+  for (const TListOption& option : ListOptions) {
     if (SameText(option.List, Name)) return option.Option;
   }
   return "an options file";
@@ -199,11 +203,16 @@ const TPropertyList& TOutputSettings::Properties() const {
   return list;
 }
 
-TOutputSettings OutputSettings(const TExportArguments& Arguments) {
+TOutputSettings OutputSettings(const TExportArguments& Arguments, const TNorvaDialog* Stored) {
   TOutputSettings output;
-  output.FileName = Arguments.Output;
-  output.ShowFile = Arguments.Open;
-  output.PrintFile = Arguments.Print;
+  if (Stored) {
+    output.FileName = Stored->FileName;
+    output.ShowFile = Stored->ShowFile;
+    output.PrintFile = Stored->PrintFile;
+  }
+  if (!Arguments.Output.empty()) output.FileName = Arguments.Output;
+  if (Arguments.Open) output.ShowFile = true;
+  if (Arguments.Print) output.PrintFile = true;
   for (const std::string& text : Arguments.Settings) {
     const TEntry entry = EntryOf("--set", text, "VALUE");
     const TProperty* property = output.Properties().Find(entry.Name);
@@ -237,9 +246,7 @@ void ChooseText(const TExportArguments& Arguments, const TFormat& Format) {
 }
 
 void ApplySettings(const TExportArguments& Arguments, TNorva& Exporter) {
-  for (const std::string& name : Arguments.Fields) {
-    Exporter.ExportedFields.Add(InPage("--field", name));
-  }
+  ApplyLines("--field", Arguments.Fields, Exporter.ExportedFields);
   for (const TColumnOption& option : ColumnOptions) ApplyColumnOption(option, Arguments, Exporter);
   if (Arguments.Title) Exporter.Title = InPage("--title", *Arguments.Title);
   ApplyLines("--header", Arguments.Header, Exporter.Header);
@@ -255,6 +262,19 @@ void ApplySettings(const TExportArguments& Arguments, TNorva& Exporter) {
   }
   CountOf("--set ExportRecCount", std::to_string(Exporter.ExportRecCount));
   CountOf("--set SkipRecCount", std::to_string(Exporter.SkipRecCount));
+}
+
+std::vector<std::string> DifferentSettings(TNorva& A, TNorva& B) {
+  std::vector<std::string> names;
+  for (const std::string& name : SettingNames(A)) {
+    if (name == "HTMLTemplate") continue;  // no more than colours, each of which is compared
+    const TPropertyPath a = FindSetting(A, name), b = FindSetting(B, name);
+    if (a.Property->Get(*a.Object) != b.Property->Get(*b.Object)) names.push_back(name);
+  }
+  for (const TListOption& option : ListOptions) {
+    if ((A.*option.Member).Text() != (B.*option.Member).Text()) names.push_back(option.Option);
+  }
+  return names;
 }
 
 std::vector<std::string> PropertyNames(const TPropertyList& List, TPersistent& Object, bool All) {
