@@ -106,6 +106,8 @@ const TBadRun BadRuns[] = {
      "--options: field \"nmae\" is not in table \"items\" in \"shop.db\"; nearest: \"name\""    },
     {"-o x.csv --save-options ./shop.db", 2,
      "--save-options \"./shop.db\" is the database; give another file"                          },
+    {"-o x.csv --save-options /dev/zero", 2,
+     "--save-options \"/dev/zero\" is no regular file; give another file"                       },
     {"-o x.csv --save-options x.csv",     2,
      "--save-options \"x.csv\" is the output; give another file"                                },
 };

@@ -26,6 +26,10 @@ void CheckOptionsFile(const TExportArguments& Arguments, const std::string& Outp
   const std::string& name = Arguments.SaveOptions;
   if (name.empty()) return;
   std::error_code none;  // they need not exist
+  const std::filesystem::file_status status = std::filesystem::status(name, none);
+  if (std::filesystem::exists(status) && !is_regular_file(status)) {
+    throw EUsage(MsgOptionsAreOther, name, "no regular file");
+  }
   for (const std::string& other : {Arguments.Source.Name, Output}) {
     if (name == other || std::filesystem::equivalent(name, other, none)) {
       throw EUsage(MsgOptionsAreOther, name, other == Output ? "the output" : "the database");

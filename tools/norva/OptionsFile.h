@@ -15,7 +15,7 @@ namespace norva::tool {
 /// the options file says. Locale and code page must be chosen before.
 std::unique_ptr<TNorvaDialog> MakeDialog(const TFormat& Format, const std::string& OptionsFile);
 
-/// Throws EUsage when `--save-options` names a file of the export.
+/// Throws EUsage when `--save-options` names a file of the export, or what is no file.
 void CheckOptionsFile(const TExportArguments& Arguments, const std::string& Output);
 
 /// Writes the file of `--save-options`; names on standard error, unless `--quiet`, what it cannot
