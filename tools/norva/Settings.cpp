@@ -146,12 +146,22 @@ constexpr TListOption ListOptions[] = {
     {"Footer",         "--footer",      &TNorva::Footer        },
 };
 
-/// The option that fills the string list `Name`.
+/// The option that fills the string list `Name`; null for a list that --set fills.
 const char* ListOption(std::string_view Name) {
   for (const TListOption& option : ListOptions) {
     if (SameText(option.List, Name)) return option.Option;
   }
-  return "an options file";
+  return nullptr;
+}
+
+TStringList& Lines(const TPropertyPath& Setting) {
+  return static_cast<TStringList&>(Setting.Property->Object(*Setting.Object));
+}
+
+/// The value as one text, a list's lines too.
+std::string TextOf(const TPropertyPath& Setting) {
+  return Setting.Property->Kind == pkList ? Lines(Setting).Text()
+                                          : Setting.Property->Get(*Setting.Object);
 }
 
 void CheckIsValue(const TEntry& Entry, const TPropertyPath& Setting) {
@@ -160,8 +170,12 @@ void CheckIsValue(const TEntry& Entry, const TPropertyPath& Setting) {
     case pkValue:
       return;
     case pkList:
+      if (const char* const option = ListOption(property.Name)) {
+        throw EUsage(MsgListSetting, Entry.Name, option);
+      }
+      return;
     case pkCollection:
-      throw EUsage(MsgListSetting, Entry.Name, ListOption(property.Name));
+      throw EUsage(MsgListSetting, Entry.Name, "an options file");
     case pkGroup: {
       const TPropertyList& members = property.Object(*Setting.Object).Properties();
       throw EUsage(MsgGroupSetting, Entry.Name, property.Name,
@@ -173,7 +187,12 @@ void CheckIsValue(const TEntry& Entry, const TPropertyPath& Setting) {
   }
 }
 
+/// A list gains a line.
 void SetValue(const TPropertyPath& Setting, const std::string& Value) {
+  if (Setting.Property->Kind == pkList) {
+    Lines(Setting).Add(Value);
+    return;
+  }
   try {
     Setting.Property->Set(*Setting.Object, Value);
   } catch (const EConvertError& error) {
@@ -269,7 +288,7 @@ std::vector<std::string> DifferentSettings(TNorva& A, TNorva& B) {
   for (const std::string& name : SettingNames(A)) {
     if (name == "HTMLTemplate") continue;  // no more than colours, each of which is compared
     const TPropertyPath a = FindSetting(A, name), b = FindSetting(B, name);
-    if (a.Property->Get(*a.Object) != b.Property->Get(*b.Object)) names.push_back(name);
+    if (TextOf(a) != TextOf(b)) names.push_back(name);
   }
   for (const TListOption& option : ListOptions) {
     if ((A.*option.Member).Text() != (B.*option.Member).Text()) names.push_back(option.Option);
@@ -285,7 +304,8 @@ std::vector<std::string> PropertyNames(const TPropertyList& List, TPersistent& O
       for (const std::string& name : PropertyNames(group.Properties(), group, All)) {
         names.push_back(property.Name + "." + name);
       }
-    } else if (All || property.Kind == pkValue) {
+    } else if (All || property.Kind == pkValue ||
+               (property.Kind == pkList && !ListOption(property.Name))) {
       names.push_back(property.Name);
     }
   }

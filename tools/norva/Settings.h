@@ -42,8 +42,8 @@ void ApplySettings(const TExportArguments& Arguments, TNorva& Exporter);
 /// The settings, by option or property, that differ between two exporters of one class.
 std::vector<std::string> DifferentSettings(TNorva& A, TNorva& B);
 
-/// The names of the properties below `Object`, dotted ones for those of groups. References and
-/// events only where `All`.
+/// The names of the properties below `Object`, dotted ones for those of groups. Those that --set
+/// cannot reach only where `All`.
 std::vector<std::string> PropertyNames(const TPropertyList& List, TPersistent& Object, bool All);
 
 }  // namespace norva::tool

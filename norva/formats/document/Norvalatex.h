@@ -36,8 +36,8 @@
 ///   apostrophe, -- a dash, `` and '' quotes, ?` and !` Spanish marks; some Languages use ".
 /// - Blanks and line ends in a value show as one blank, at its ends as none.
 /// - The babel of today has no \Rus: "\newcommand{\Rus}{}" in Preambula.
-/// - inputenc has no cp65001 (UTF-8), cp1253, cp1254 or cp1258. A file cp65001.def with the line
-///   "\input{utf8.def}" beside the document supplies the first.
+/// - inputenc has no cp65001 (UTF-8), cp1253, cp1254 or cp1258. For texts in UTF-8 set CodePage to
+///   1252 and let Preambula turn to it: "\inputencoding{utf8}".
 /// - LaTeX209 takes "a4paper" for a file that does not exist: DocumentParams must be without it.
 /// - A tabular does not break over pages; what does not fit is cut off. In Preambula
 ///   "\usepackage{longtable}\let\tabular\longtable\let\endtabular\endlongtable" makes it break.
