@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstdint>
+#include <cstring>
 
 #include <norva/platform/DateTime.h>
 #include <norva/platform/Numbers.h>
@@ -151,43 +153,57 @@ bool KeepsTime(const TFormatSettings& Settings) {
   return runs.AtEnd() || (runs.Take(" am/pm") && runs.AtEnd());
 }
 
-/// Whether the texts of dates and of times are read back, and the settings that this was found for.
-/// Without strings, so that a thread's record needs no set-up that each access would look at.
-struct TKeptAnswer {
-  static constexpr std::size_t MaxLength = 32;  // longer pictures are looked at each time
+/// A short text in a form that is compared in a few instructions: its ends as two numbers.
+/// Shorter and longer texts have none.
+struct TShortText {
+  std::uint64_t First = 0, Last = 0;
+  std::size_t Size = SIZE_MAX;
 
-  bool IsFor(const TFormatSettings& Settings) const {
-    return Marks[0] == Settings.DateSeparator && Marks[1] == Settings.TimeSeparator &&
-           Text(DateFormat, DateLength) == Settings.ShortDateFormat &&
-           Text(TimeFormat, TimeLength) == Settings.LongTimeFormat;
+  constexpr TShortText() = default;
+  explicit TShortText(std::string_view Text) {
+    if (Text.size() > 2 * sizeof First || Text.size() < sizeof First) return;
+    Size = Text.size();
+    std::memcpy(&First, Text.data(), sizeof First);
+    std::memcpy(&Last, Text.data() + Size - sizeof Last, sizeof Last);
   }
+  bool Equals(std::string_view Text) const {
+    const TShortText other(Text);
+    return other.Size != SIZE_MAX && Size == other.Size && First == other.First &&
+           Last == other.Last;
+  }
+};
 
+/// Whether the texts of dates and of times are read back, and the settings that this was found for.
+struct TKeptAnswer {
+  bool Date = false, Time = false;
+
+  /// Asked for every cell, while the settings hardly ever change: the last answer is kept, for
+  /// pictures of 8 to 16 bytes, as nearly all are.
   void Find(const TFormatSettings& Settings) {
+    if (DateFormat_.Equals(Settings.ShortDateFormat) &&
+        TimeFormat_.Equals(Settings.LongTimeFormat) && Marks_[0] == Settings.DateSeparator &&
+        Marks_[1] == Settings.TimeSeparator) {
+      return;
+    }
     Date = KeepsDate(Settings);
     Time = KeepsTime(Settings);
-    Marks[0] = Settings.DateSeparator;
-    Marks[1] = Settings.TimeSeparator;
-    DateLength = Settings.ShortDateFormat.copy(DateFormat, MaxLength);
-    TimeLength = Settings.LongTimeFormat.copy(TimeFormat, MaxLength);
+    DateFormat_ = TShortText(Settings.ShortDateFormat);
+    TimeFormat_ = TShortText(Settings.LongTimeFormat);
+    Marks_[0] = Settings.DateSeparator;
+    Marks_[1] = Settings.TimeSeparator;
   }
 
-  bool Date, Time;
-
  private:
-  static std::string_view Text(const char* Format, std::size_t Length) { return {Format, Length}; }
-
-  char Marks[2];  // no separator is NUL, so a new record is for no settings
-  std::size_t DateLength, TimeLength;
-  char DateFormat[MaxLength], TimeFormat[MaxLength];
+  TShortText DateFormat_, TimeFormat_;
+  char Marks_[2] = {};
 };
 
 }  // namespace
 
 bool TextKeepsDateTime(TFieldType Type, const TFormatSettings& Settings) {
-  // Asked for every cell, while the settings hardly ever change: the last answer is kept.
-  static thread_local TKeptAnswer last;
+  static thread_local constinit TKeptAnswer last;
   TKeptAnswer& answer = last;
-  if (!answer.IsFor(Settings)) answer.Find(Settings);
+  answer.Find(Settings);
   return (Type == ftTime || answer.Date) && (Type == ftDate || answer.Time);
 }
 
