@@ -167,7 +167,7 @@ void TNorvaHTML::WriteDataRow() {
     row += i == 0 ? next.substr(end) : next;
     GetColData(i, true, row);
   }
-  row += "</td>\r\n  </tr>\r\n";
+  row += Columns.Count() > 0 ? "</td>\r\n  </tr>\r\n" : "  </tr>\r\n";
   GetWriter().Write(row);
 }
 

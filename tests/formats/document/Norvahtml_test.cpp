@@ -139,6 +139,12 @@ TEST(NorvaHTML, OnlyRowsWithoutAFile) {
   html.Export.ExportedFields = {"N"};
   EXPECT_EQ(Exported(html.Export), Lines({"  <tr>", "    <td class=\"TrRows\" align=Right>1</td>",
                                           "  </tr>", "</Table>", "<br>", "</BODY>", "</HTML>"}));
+  TMemoryDataSet blobs{{{"B", ftBlob}}};
+  blobs.Append({"x"});
+  TNorvaHTML empty;
+  empty.DataSet = &blobs;  // no column
+  EXPECT_EQ(Exported(empty),
+            Lines({"  <tr>", "  </tr>", "</Table>", "<br>", "</BODY>", "</HTML>"}));
   html.Export.SkipRecCount = 1;  // no record: no head either
   EXPECT_EQ(html.Page(), "</Table>\n<br>\n</BODY>\n</HTML>\n");
 }
