@@ -21,8 +21,8 @@
 //   Price=right
 //   [WIDTH]                 for workbooks, RTF and text
 //   Price=12
-//   [RTF]                   what the chosen format has besides: XLS, RTF, HTML, XML, SQL, TXT or
-//   CSV DefFontName=Arial
+//   [RTF]                   what the format has besides: XLS, RTF, HTML, XML, SQL, TXT or CSV
+//   DefFontName=Arial
 //   ...
 //
 // A workbook's cell formats stand in sections of their own, XLS_FIELD_PRICE, XLS_OPTION_HEADER and

@@ -92,7 +92,8 @@ class NORVA_EXPORT TNorvaHTML : public TNorvaFormatText {
   THTMLOptions HTMLOptions;
   THTMLTemplate HTMLTemplate() const { return HTMLTemplate_; }
   /// Fills in the template's colours and font name. A value that is set already changes nothing,
-  /// and htCustom keeps the colours there are.
+  /// and htCustom keeps the colours there are. A form that is loaded sets the colours first: a host
+  /// that has changed some behind a template sets htCustom, or the template brings its own back.
   void SetHTMLTemplate(THTMLTemplate Value);
   TTableOptions TableOptions;
   TUsingCSS UsingCSS = usInternal;

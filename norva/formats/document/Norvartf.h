@@ -38,8 +38,7 @@
 /// - A table is as wide as its columns, and cut off where the page ends.
 /// - A font is selected by the first entry with its name: number 0 for both, unless they differ.
 /// - OnGetCellParams is never fired; colours of fonts are not written.
-/// - Abort ends the table and writes the footer; if records were under way, EndExport does so
-/// again.
+/// - Abort ends the table and writes the footer, and EndExport does so again behind records.
 #pragma once
 
 #include <string>
