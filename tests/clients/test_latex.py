@@ -9,9 +9,9 @@ one blank. In the encoding that LaTeX starts with, OT1, a double quote is a clos
 rule, which is no text.
 
 A table neither breaks over pages nor shrinks to them: what is off the page is lost. LaTeX code in
-front of the document, on the command line, makes the page larger (LARGE), or the table one that
-breaks (LONG). It can define the command \\Rus, too, which the file has for the language russian and
-nothing else knows; Cyrillic fonts come with the languages bulgarian and ukrainian as well.
+front of the document, on the command line, makes the page larger (LARGE); lines of the preamble make
+the table one that breaks (LONG). They can define the command \\Rus, too, which the file has for the
+language russian and nothing else knows; Cyrillic fonts come with bulgarian and ukrainian as well.
 
 The characters of REFUSED are errors; \\ ^ ~ are errors or accents.
 """
@@ -27,8 +27,9 @@ from norva_client import SHOP, ClientTest, rows
 T1 = ("--header", r"\fontencoding{T1}\selectfont")
 # The last command of both turns page numbers off.
 LARGE = r"\AddToHook{begindocument}{\pdfpagewidth=100cm\pdfpageheight=60cm\pagestyle{empty}}"
-LONG = (r"\AddToHook{begindocument/before}{\usepackage{longtable}"
-        r"\let\tabular\longtable\let\endtabular\endlongtable\pagestyle{empty}}")
+LONG = [part for line in (r"\usepackage{longtable}",
+                          r"\let\tabular\longtable\let\endtabular\endlongtable",
+                          r"\pagestyle{empty}") for part in ("--set", f"Preambula={line}")]
 
 # Of code page 1252: control characters, and what only a formula may hold.
 REFUSED = [chr(code) for code in range(1, 32) if chr(code) not in "\t\n\f\r"] + [*"\x7f¬±²³µ¹×÷"]
@@ -98,28 +99,28 @@ class Latex(ClientTest):
         polish, russian = "Zażółć gęślą jaźń; Őű, Ţ ĄĘŁŚŹĆ", "Съешь ещё этих мягких булок"
         language = "Options.Languages="
         cases = [
-            (polish, LARGE, ["--code-page", "1250", *T1]),
-            (russian, LARGE, ["--code-page", "1251", "--set", language + "ukrainian"]),
-            (russian, LARGE, ["--code-page", "866", "--set", language + "bulgarian"]),
-            (russian, LARGE + r"\def\Rus{}",
-             ["--code-page", "1251", "--set", language + "russian"]),
-            (f"{polish} € ½ ±µ²", LARGE,
+            (polish, ["--code-page", "1250", *T1]),
+            (russian, ["--code-page", "1251", "--set", language + "ukrainian"]),
+            (russian, ["--code-page", "866", "--set", language + "bulgarian"]),
+            (russian, ["--code-page", "1251", "--set", language + "russian",
+                       "--set", r"Preambula=\newcommand{\Rus}{}"]),
+            (f"{polish} € ½ ±µ²",
              ["--code-page", "65001", "--set", "Options.CodePage=1252",
               "--set", r"Preambula=\inputencoding{utf8}", *T1]),
         ]
-        for value, prelude, options in cases:
+        for value, options in cases:
             with self.subTest(options=options):
                 path = self.export(self.shop, "page.tex", "--query", f"SELECT '{value}' AS v",
                                    *options)
-                self.assertEqual(self.read(path, prelude), [["v"], [value]])
+                self.assertEqual(self.read(path), [["v"], [value]])
 
     def test_every_character(self):
         every = [bytes([code]).decode("cp1252", "ignore") for code in range(33, 256)]
         good = [c for c in every if c and c not in "\\^~\xa0\xad" and c not in REFUSED]
         texts = self.database("good.db", "CREATE TABLE t (v TEXT)", ((f"ab{c}yz",) for c in good))
-        path = self.export(texts, "good.tex", "--table", "t", *T1, "--no-captions")
+        path = self.export(texts, "good.tex", "--table", "t", *T1, *LONG, "--no-captions")
         glyphs = {"'": "’", "`": "‘", "…": ". . ."}
-        self.check_rows([["".join(line).replace(" ", "")] for line in self.read(path, LONG)],
+        self.check_rows([["".join(line).replace(" ", "")] for line in self.read(path, "")],
                         [[f"ab{glyphs.get(c, c)}yz".replace(" ", "")] for c in good])
 
     def test_characters_that_latex_refuses(self):
@@ -139,10 +140,11 @@ class Latex(ClientTest):
     def test_long_table(self):
         query = ("WITH RECURSIVE n (i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n LIMIT 300)"
                  " SELECT i FROM n")
-        path = self.export(self.shop, "long.tex", "--query", query)
         numbers = [[str(number)] for number in range(1, 301)]
+        path = self.export(self.shop, "long.tex", "--query", query)
         self.assertLess(len(self.read(path)), 200)
-        found = [line for line in self.read(path, LONG) if line in numbers]
+        path = self.export(self.shop, "long.tex", "--query", query, *LONG)
+        found = [line for line in self.read(path, "") if line in numbers]
         self.assertEqual(found[:1] + found[-1:], numbers[:1] + numbers[-1:])
 
 

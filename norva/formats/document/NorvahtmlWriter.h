@@ -14,6 +14,7 @@ namespace norva {
 /// to its number, which may give eight digits.
 NORVA_EXPORT std::string HtmlColor(TColor Color);
 
+/// Writes the tags of a page. Texts are written as they stand.
 class NORVA_EXPORT TLumHTMLWriter : public TNorvaWriter {
  public:
   using TNorvaWriter::TNorvaWriter;

@@ -113,6 +113,7 @@ class TRTFTable {
   std::vector<TItem> Items_;
 };
 
+/// The fonts of a document.
 class NORVA_EXPORT TRTFFontTable : public TRTFTable<TRTFFontTableItem> {
  public:
   /// Position of the first font of that name, case ignored, or -1.
@@ -123,6 +124,7 @@ class NORVA_EXPORT TRTFFontTable : public TRTFTable<TRTFFontTableItem> {
   std::size_t GetSize() const;
 };
 
+/// The colours of a document.
 class NORVA_EXPORT TRTFColorTable : public TRTFTable<TRTFColorTableItem> {
  public:
   /// Position of the first entry with that RGB value, or -1. On purpose: `Color` is not resolved.
