@@ -160,6 +160,13 @@ TEST_F(UsageTest, PagesThatDoNotGoWithTheOutput) {
       error("a.b.html --set MaxRecords=9 --set GenerateIndex=true"),
       "norva: -o a.b.html: the links of an index lead nowhere when the name has more than the "
       "point of its extension; give another name\n");
+  for (const std::string sheet : {"css/a.css", "../a.css", "/a.css", "a.html"}) {
+    EXPECT_EQ(
+        error(("out/a.html --set UsingCSS=usExternal --set CSSFileName=" + sheet).c_str()),
+        "norva: CSSFileName \"" + sheet +
+            "\": the style sheet stands beside the page; give a name without a folder that is "
+            "not the page's\n");
+  }
 }
 
 TEST_F(UsageTest, ManyTablesAreNotAllListed) {

@@ -63,6 +63,11 @@ void CheckPages(const TNorva& Exporter) {
   if (hasParts && pages.GenerateIndex && stem.find('.') != std::string::npos) {
     throw EUsage(MsgIndexName, pages.FileName);
   }
+  const std::string& sheet = pages.CSSFileName;
+  const bool isBeside = sheet == ExtractFileName(sheet) && sheet != ExtractFileName(pages.FileName);
+  if (pages.UsingCSS == usExternal && !sheet.empty() && !isBeside) {
+    throw EUsage(MsgStyleSheet, ToUtf8(sheet));
+  }
 }
 
 /// The document names the page that the text is in.

@@ -29,6 +29,9 @@ inline constexpr const char* MsgSeveralFiles =
 inline constexpr const char* MsgIndexName =
     "-o %s: the links of an index lead nowhere when the name has more than the point of its "
     "extension; give another name";
+inline constexpr const char* MsgStyleSheet =
+    "CSSFileName \"%s\": the style sheet stands beside the page; give a name without a folder that "
+    "is not the page's";
 inline constexpr const char* MsgUnknownSetting = "--set \"%s\": there is no such property; %s";
 inline constexpr const char* MsgListSetting = "--set \"%s\": this is a list of lines; use %s";
 inline constexpr const char* MsgGroupSetting =
