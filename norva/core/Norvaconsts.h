@@ -32,6 +32,8 @@ inline constexpr const char* MsgCellFormatTooMany =
     "The workbook cannot hold more than %d cell formats, %d fonts and %d number formats";
 inline constexpr const char* MsgWorkbookText =
     "The %s \"%s\" is too long for a workbook: give at most %d characters";
+inline constexpr const char* MsgWorkbookFontSize =
+    "The size %d of the font \"%s\" does not fit a workbook: give 1 to %d points";
 
 // Tables.
 inline constexpr const char* MsgFieldTooMany =

@@ -390,6 +390,9 @@ void TLumXLSWriter::WriteFont(const TxlsFont& Font) {
   if (name.size() > MaxShortLength) {
     throw Exception(MsgWorkbookText, "font name", Font.Name, MaxShortLength);
   }
+  if (Font.Size < 1 || Font.Size > MaxFontSize) {
+    throw Exception(MsgWorkbookFontSize, Font.Size, Font.Name, MaxFontSize);
+  }
   Put16(Font.Size * 20);  // in twips
   Put16((Font.Style.Contains(xfsItalic) ? 0x0002 : 0) |
         (Font.Style.Contains(xfsStrikeOut) ? 0x0008 : 0));

@@ -242,10 +242,13 @@ constexpr TEnumInfo EnumInfo(TxlsStripStyle) { return {"TxlsStripStyle", TxlsStr
 /// What an export of a workbook is writing.
 enum TxlsExportStage : std::uint8_t { esNone, esHeader, esCaption, esData, esAggregate, esFooter };
 
+/// What the programs that read workbooks take, in points.
+inline constexpr std::int32_t MaxFontSize = 409;
+
 /// Font of a cell.
 class NORVA_EXPORT TxlsFont : public TPersistent {
  public:
-  /// In points.
+  /// In points, 1 to MaxFontSize; others end the export.
   std::int32_t Size = 10;
   TxlsFontStyles Style;
   TxlsColor Color = clrBlack;

@@ -48,8 +48,9 @@ class TFormatLoader {
   std::string Text(const char* Key, std::string_view Default) const {
     return File_.ReadString(Section_, Key, Default);
   }
-  void Integer(const char* Key, std::int32_t& Value) const {
+  void FontSize(const char* Key, std::int32_t& Value) const {
     Value = File_.ReadInteger(Section_, Key, Value);
+    if (Value < 1 || Value > MaxFontSize) Fail(Key, Format("a number from 1 to %d", MaxFontSize));
   }
 
   void Style(const char* Key, TxlsFontStyle Style, TxlsFontStyles& Styles) const {
@@ -116,7 +117,7 @@ void TxlsFormat::LoadFromIniFile(const TIniFile& File, const std::string& Sectio
   const TFormatLoader load(File, Section);
   // On purpose: not the font's present name, unlike every other value.
   Font.Name = load.Text("FontName", "arial");
-  load.Integer("FontSize", Font.Size);
+  load.FontSize("FontSize", Font.Size);
   load.Color("FontColor", Font.Color);
   load.Style("FontBold", xfsBold, Font.Style);
   load.Style("FontItalic", xfsItalic, Font.Style);

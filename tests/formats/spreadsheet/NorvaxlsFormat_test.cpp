@@ -536,6 +536,7 @@ struct IniErrorCase {
   const char *Key, *Value, *Expected;
 };
 const IniErrorCase IniErrorCases[] = {
+    {"FontSize",        "410", "a number from 1 to 409"                           },
     {"FontUnderline",   "5",   "a number from 0 to 4"                             },
     {"HorAlignment",    "-1",  "a number from 0 to 4"                             },
     {"VertAlignment",   "4",   "a number from 0 to 3"                             },
