@@ -17,4 +17,14 @@ std::string ErrorText(const TBody& Body) {
   return "(no error)";
 }
 
+/// The text that `Body` gives, or `!` and the message of the TError that it throws.
+template <class TError, class TBody>
+std::string TextOrError(const TBody& Body) {
+  try {
+    return Body();
+  } catch (const TError& error) {
+    return std::string("!") + error.what();
+  }
+}
+
 }  // namespace norva::tests

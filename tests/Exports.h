@@ -16,6 +16,7 @@
 #include <norva/platform/Property.h>
 #include <norva/sources/memory/MemoryControls.h>
 #include <norva/sources/memory/MemoryDataSet.h>
+#include <tests/ErrorText.h>
 
 namespace norva::tests {
 
@@ -38,11 +39,7 @@ inline std::string Exported(TNorva& Export) {
 
 /// The same, or `!` and the error.
 inline std::string ExportedOrError(TNorva& Export) {
-  try {
-    return Exported(Export);
-  } catch (const Exception& error) {
-    return std::string("!") + error.what();
-  }
+  return TextOrError<Exception>([&] { return Exported(Export); });
 }
 
 /// What `Export` leaves on the clipboard; "(untouched)" when it does not get there.
@@ -74,12 +71,13 @@ inline std::string ChangedProperties(const TPersistent& Object) {
   return names;
 }
 
-/// Sets properties written `Name=value`, with blanks between.
+/// Sets properties written `Name=value`, `Group.Name=value`, with blanks between.
 inline void Set(TPersistent& Object, const char* Settings) {
   std::istringstream words(Settings);
   for (std::string word; words >> word;) {
     const std::size_t equals = word.find('=');
-    Object.Properties().Find(word.substr(0, equals))->Set(Object, word.substr(equals + 1));
+    const TPropertyPath path = FindProperty(Object, word.substr(0, equals));
+    path.Property->Set(*path.Object, word.substr(equals + 1));
   }
 }
 

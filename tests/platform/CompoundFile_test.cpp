@@ -5,17 +5,17 @@
 
 #include <algorithm>
 #include <cstring>
-#include <numeric>
 
 #include <norva/platform/Exceptions.h>
+#include <tests/Binary.h>
 #include <tests/ErrorText.h>
 
 namespace norva {
 namespace {
 
 using tests::ErrorText;
-
-constexpr std::uint32_t Difat = 0xFFFFFFFC, Fat = 0xFFFFFFFD, End = 0xFFFFFFFE, None = 0xFFFFFFFF;
+using tests::Hex;
+using tests::TCompoundReader;
 
 /// Bytes that differ from place to place, so that lost and doubled parts show.
 std::string Pattern(std::size_t Size, std::size_t Seed = 0) {
@@ -24,180 +24,42 @@ std::string Pattern(std::size_t Size, std::size_t Seed = 0) {
   return bytes;
 }
 
-std::string Hex(std::string_view Bytes) {
-  std::string hex;
-  for (const char byte : Bytes) {
-    hex += Format("%.2x", static_cast<unsigned char>(byte)) + ' ';
-  }
-  return hex;
-}
-
-/// A strict reader: every deviation from the structure is a failure of the test. It takes the
-/// front of a document, as far as the directory, when the contents are checked otherwise.
-class TReader {
+/// The streams' names in the order of the tree, which must be a red-black one.
+class TTree {
  public:
-  struct TEntry {
-    std::u16string Name;
-    unsigned Type, Color;
-    std::uint32_t Left, Right, Child, First, Size;
-  };
-  std::uint32_t FatSectors, MiniFatSectors, DifatSectors;
-  std::vector<TEntry> Entries;
+  std::vector<std::u16string> Names;
 
-  TReader(std::string_view Bytes, std::uint64_t FileSize) : Bytes_(Bytes) {
-    EXPECT_EQ(FileSize % 512, 0U);
-    Owners_.resize(FileSize / 512 - 1);
-    FatSectors = Number(44);
-    MiniFatSectors = Number(64);
-    DifatSectors = Number(72);
-    ReadFat();
-    const std::uint32_t directory = Number(48);
-    for (const std::uint32_t sector : Chain(Fat_, directory, true)) ReadEntries(sector);
-    const auto miniFat = Chain(Fat_, Number(60), true);
-    EXPECT_EQ(miniFat.size(), MiniFatSectors);
-    for (const std::uint32_t sector : miniFat) AppendNumbers(sector, 128, MiniFat_);
-    MiniStream_ = Chain(Fat_, Entries[0].First, true);
-    EXPECT_EQ(MiniStream_.size(), (Entries[0].Size + 511) / 512);
-    MiniOwners_.resize(Entries[0].Size / 64);
-    for (std::size_t i = MiniOwners_.size(); i < MiniFat_.size(); ++i) EXPECT_EQ(MiniFat_[i], None);
-  }
-
-  /// The sectors of a stream, or its mini sectors, in order.
-  std::vector<std::uint32_t> Sectors(const TEntry& Entry) {
-    const bool isLong = Entry.Size >= 4096;
-    const auto chain = Chain(isLong ? Fat_ : MiniFat_, Entry.First, isLong);
-    EXPECT_EQ(chain.size(), isLong ? (Entry.Size + 511) / 512 : (Entry.Size + 63) / 64);
-    return chain;
-  }
-  std::string Content(const TEntry& Entry) {
-    std::string content;
-    for (const std::uint32_t sector : Sectors(Entry)) {
-      content += Entry.Size >= 4096
-                     ? Bytes_.substr(Offset(sector), 512)
-                     : Bytes_.substr(Offset(MiniStream_.at(sector / 8)) + 64 * (sector % 8), 64);
-    }
-    EXPECT_EQ(content.find_first_not_of('\0', Entry.Size), content.npos) << "not padded with zeros";
-    return content.substr(0, Entry.Size);
-  }
-  /// The streams' names in the order of the tree, whose rules are checked.
-  std::vector<std::u16string> Sorted() {
-    std::vector<std::u16string> names;
-    Walk(Entries[0].Child, false, names);
-    return names;
-  }
-  /// After all streams were read: nothing is left over and nothing has two owners.
-  void ExpectEverySectorUsedOnce() const {
-    for (const int owners : Owners_) ASSERT_EQ(owners, 1);
-    for (const int owners : MiniOwners_) ASSERT_EQ(owners, 1);
+  explicit TTree(const std::string& File) : Entries_(TCompoundReader(File).Entries) {
+    Walk(Entries_[0].Child, true);
   }
 
  private:
-  static std::size_t Offset(std::uint32_t Sector) { return 512 * (std::size_t{Sector} + 1); }
-  std::uint32_t Number(std::size_t At, std::size_t Size = 4) const {
-    std::uint32_t number = 0;
-    while (Size-- > 0) number = number << 8 | static_cast<unsigned char>(Bytes_.at(At + Size));
-    return number;
-  }
-  void AppendNumbers(std::uint32_t Sector, std::size_t Count, std::vector<std::uint32_t>& Numbers) {
-    for (std::size_t i = 0; i < Count; ++i) Numbers.push_back(Number(Offset(Sector) + 4 * i));
-  }
-  void ReadFat() {
-    std::vector<std::uint32_t> places, difat;
-    for (std::size_t i = 0; i < 109; ++i) places.push_back(Number(76 + 4 * i));
-    for (std::uint32_t next = Number(68); next != End; next = Number(Offset(next) + 508)) {
-      difat.push_back(next);
-      ASSERT_LE(difat.size(), DifatSectors);
-      AppendNumbers(next, 127, places);
-    }
-    EXPECT_EQ(difat.size(), DifatSectors);
-    for (std::size_t i = 0; i < places.size(); ++i) {
-      if (i < FatSectors) {
-        AppendNumbers(places[i], 128, Fat_);
-      } else {
-        EXPECT_EQ(places[i], None);
-      }
-    }
-    ASSERT_EQ(Fat_.size(), FatSectors * 128);
-    places.resize(FatSectors);
-    for (const std::uint32_t sector : places) Own(sector, Fat);
-    for (const std::uint32_t sector : difat) Own(sector, Difat);
-    for (std::size_t i = Owners_.size(); i < Fat_.size(); ++i) EXPECT_EQ(Fat_[i], None);
-  }
-  void Own(std::uint32_t Sector, std::uint32_t Mark) {
-    EXPECT_EQ(Fat_.at(Sector), Mark);
-    ++Owners_.at(Sector);
-  }
-  std::vector<std::uint32_t> Chain(const std::vector<std::uint32_t>& Next, std::uint32_t First,
-                                   bool Long) {
-    std::vector<std::uint32_t> chain;
-    for (; First != End && chain.size() <= Next.size(); First = Next.at(First)) {
-      chain.push_back(First);
-      ++(Long ? Owners_ : MiniOwners_).at(First);
-    }
-    return chain;
-  }
-  void ReadEntries(std::uint32_t Sector) {
-    for (std::size_t at = Offset(Sector), end = at + 512; at < end; at += 128) {
-      TEntry entry{{},
-                   Number(at + 66, 1),
-                   Number(at + 67, 1),
-                   Number(at + 68),
-                   Number(at + 72),
-                   Number(at + 76),
-                   Number(at + 116),
-                   Number(at + 120)};
-      const std::uint32_t length = Number(at + 64, 2);
-      for (std::size_t i = 0; i + 2 < length; i += 2) {
-        entry.Name += static_cast<char16_t>(Number(at + i, 2));
-      }
-      if (entry.Type == 0) {
-        EXPECT_EQ(Hex(Bytes_.substr(at, 128)),
-                  Hex(std::string(68, '\0') + std::string(12, '\xFF') + std::string(48, '\0')));
-      } else {
-        EXPECT_EQ(entry.Type, Entries.empty() ? 5U : 2U);
-        Entries.push_back(entry);
-      }
-    }
-  }
   /// Returns the black entries on every way down.
-  int Walk(std::uint32_t At, bool BelowRed, std::vector<std::u16string>& Names) {
-    if (At == None) return 0;
-    const TEntry& entry = Entries.at(At);
-    const bool red = entry.Color == 0;
-    EXPECT_FALSE(red && BelowRed);
-    EXPECT_FALSE(red && At == Entries[0].Child);
-    const int left = Walk(entry.Left, red, Names);
+  int Walk(std::size_t At, bool MustBeBlack) {
+    if (At == 0xFFFFFFFF) return 0;
+    const TCompoundReader::TEntry& entry = Entries_.at(At);
+    EXPECT_TRUE(entry.IsBlack || !MustBeBlack);
+    const int left = Walk(entry.Left, !entry.IsBlack);
     Names.push_back(entry.Name);
-    EXPECT_EQ(Walk(entry.Right, red, Names), left) << "unequal ways down";
-    return left + (red ? 0 : 1);
+    EXPECT_EQ(Walk(entry.Right, !entry.IsBlack), left) << "unequal ways down";
+    return left + (entry.IsBlack ? 1 : 0);
   }
 
-  std::string_view Bytes_;
-  std::vector<std::uint32_t> Fat_, MiniFat_, MiniStream_;
-  std::vector<int> Owners_, MiniOwners_;
+  std::vector<TCompoundReader::TEntry> Entries_;
 };
 
 struct SizeCase {
   std::vector<std::size_t> Sizes;
-  std::uint32_t Fat, Difat, MiniFat;  // sectors
+  std::size_t Fat, Difat, MiniFat;  // sectors
 };
 
 const SizeCase SizeCases[] = {
     {{},                                     1,   0, 0},
     {{0},                                    1,   0, 0},
     {{1},                                    1,   0, 1},
-    {{63},                                   1,   0, 1},
-    {{64},                                   1,   0, 1},
     {{65},                                   1,   0, 1},
-    {{511},                                  1,   0, 1},
-    {{512},                                  1,   0, 1},
-    {{513},                                  1,   0, 1},
     {{4095},                                 1,   0, 1},
     {{4096},                                 1,   0, 0},
-    {{4097},                                 1,   0, 0},
-    {{8191},                                 1,   0, 0},
-    {{8192},                                 1,   0, 0},
-    {{8193},                                 1,   0, 0},
     {{4095, 4096, 0, 1, 70000, 64, 4097, 5}, 2,   0, 1},
     {{4095, 4095},                           1,   0, 1}, // 128 mini sectors: a full mini FAT
     {{4095, 1, 4095},                        1,   0, 2}, // one more
@@ -205,7 +67,6 @@ const SizeCase SizeCases[] = {
     {{64513},                                2,   0, 0},
     {{7087104},                              109, 0, 0}, // 13842 + directory + FAT = 109 * 128
     {{7087105},                              110, 1, 0},
-    {{7143424},                              110, 1, 0},
     {{15344640},                             236, 1, 0}, // 29970 + directory + FAT + DIFAT
     {{15344641},                             237, 2, 0},
     {{100, 15344640, 4096},                  237, 2, 1},
@@ -223,7 +84,7 @@ TEST(WriteCompoundFile, EveryContentIsFoundAgain) {
     TMemoryStream file;
     WriteCompoundFile(file, streams);
 
-    TReader reader(file.Bytes(), static_cast<std::uint64_t>(file.Size()));
+    TCompoundReader reader(file.Bytes());
     EXPECT_EQ(reader.FatSectors, c.Fat);
     EXPECT_EQ(reader.DifatSectors, c.Difat);
     EXPECT_EQ(reader.MiniFatSectors, c.MiniFat);
@@ -233,40 +94,42 @@ TEST(WriteCompoundFile, EveryContentIsFoundAgain) {
                 u"Stream" + std::u16string(1, static_cast<char16_t>(u'0' + i)));
       EXPECT_TRUE(reader.Content(reader.Entries[i + 1]) == contents[i]) << i;
     }
-    reader.ExpectEverySectorUsedOnce();
+    reader.ExpectAllSectorsUsed();
   }
 }
 
 TEST(WriteCompoundFile, TheBytesAreTheFormats) {
   TMemoryStream file;
-  const TCompoundStream book = {"Workbook", {"abc"}};
+  const TCompoundStream book = {"Workbook", {"ABC"}};
   WriteCompoundFile(file, {&book, 1});
   const std::string_view bytes = file.Bytes();
   ASSERT_EQ(bytes.size(), 5 * 512U);  // header, FAT, directory, mini FAT, mini stream
   EXPECT_EQ(Hex(bytes.substr(0, 84)),
-            "d0 cf 11 e0 a1 b1 1a e1 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 "
-            "3e 00 03 00 fe ff 09 00 06 00 00 00 00 00 00 00 00 00 00 00 01 00 00 00 "
-            "01 00 00 00 00 00 00 00 00 10 00 00 02 00 00 00 01 00 00 00 fe ff ff ff "
-            "00 00 00 00 00 00 00 00 ff ff ff ff ");
+            "D0 CF 11 E0 A1 B1 1A E1 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 "
+            "3E 00 03 00 FE FF 09 00 06 00 00 00 00 00 00 00 00 00 00 00 01 00 00 00 "
+            "01 00 00 00 00 00 00 00 00 10 00 00 02 00 00 00 01 00 00 00 FE FF FF FF "
+            "00 00 00 00 00 00 00 00 FF FF FF FF");
   EXPECT_EQ(Hex(bytes.substr(512, 20)),
-            "fd ff ff ff fe ff ff ff fe ff ff ff fe ff ff ff ff ff ff ff ");
+            "FD FF FF FF FE FF FF FF FE FF FF FF FE FF FF FF FF FF FF FF");
   EXPECT_EQ(Hex(bytes.substr(1024, 24)),
-            "52 00 6f 00 6f 00 74 00 20 00 45 00 6e 00 74 00 72 00 79 00 00 00 00 00 ");
+            "52 00 6F 00 6F 00 74 00 20 00 45 00 6E 00 74 00 72 00 79 00 00 00 00 00");
   EXPECT_EQ(Hex(bytes.substr(1024 + 64, 64)),
-            "16 00 05 01 ff ff ff ff ff ff ff ff 01 00 00 00 "
+            "16 00 05 01 FF FF FF FF FF FF FF FF 01 00 00 00 "
             "00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 "
             "00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 "
-            "00 00 00 00 03 00 00 00 40 00 00 00 00 00 00 00 ");
+            "00 00 00 00 03 00 00 00 40 00 00 00 00 00 00 00");
   EXPECT_EQ(Hex(bytes.substr(1152 + 64, 64)),
-            "12 00 02 01 ff ff ff ff ff ff ff ff ff ff ff ff "
+            "12 00 02 01 FF FF FF FF FF FF FF FF FF FF FF FF "
             "00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 "
             "00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 "
-            "00 00 00 00 00 00 00 00 03 00 00 00 00 00 00 00 ");
+            "00 00 00 00 00 00 00 00 03 00 00 00 00 00 00 00");
+  EXPECT_EQ(bytes.substr(1280, 128),  // not in use
+            std::string(68, '\0') + std::string(12, '\xFF') + std::string(48, '\0'));
 }
 
 TEST(WriteCompoundFile, PiecesAreJoined) {
   const std::string content = Pattern(60000);
-  for (const std::size_t piece : {1U, 100U, 4095U, 8191U, 8192U, 8193U, 20000U}) {
+  for (const std::size_t piece : {1U, 8191U, 8192U, 20000U}) {
     TCompoundStream stream = {"A", {}};
     for (std::size_t at = 0; at < content.size(); at += piece) {
       stream.Pieces.push_back(std::string_view(content).substr(at, piece));
@@ -274,7 +137,7 @@ TEST(WriteCompoundFile, PiecesAreJoined) {
     }
     TMemoryStream file;
     WriteCompoundFile(file, {&stream, 1});
-    TReader reader(file.Bytes(), static_cast<std::uint64_t>(file.Size()));
+    TCompoundReader reader(file.Bytes());
     EXPECT_TRUE(reader.Content(reader.Entries.at(1)) == content) << piece;
   }
 }
@@ -304,7 +167,7 @@ TEST(WriteCompoundFile, NamesAreSortedByLengthThenCapitals) {
   }
   TMemoryStream file;
   WriteCompoundFile(file, streams);
-  EXPECT_EQ(TReader(file.Bytes(), static_cast<std::uint64_t>(file.Size())).Sorted(), sorted);
+  EXPECT_EQ(TTree(file.Bytes()).Names, sorted);
 }
 
 TEST(WriteCompoundFile, TheDirectoryIsARedBlackTreeOfAnySize) {
@@ -314,8 +177,7 @@ TEST(WriteCompoundFile, TheDirectoryIsARedBlackTreeOfAnySize) {
     SCOPED_TRACE(count);
     TMemoryStream file;
     WriteCompoundFile(file, streams);
-    TReader reader(file.Bytes(), static_cast<std::uint64_t>(file.Size()));
-    EXPECT_EQ(reader.Sorted(), sorted);
+    EXPECT_EQ(TTree(file.Bytes()).Names, sorted);
     // Two digits, and ascending; added in a stirred order: 37 and 71 have no common divisor.
     const int number = 10 + count * 37 % 71;
     streams.push_back({std::to_string(number), {}});
@@ -335,14 +197,11 @@ const std::string Letters30(30, 'a');
 const BadNameCase BadNameCases[] = {
     {"",                       ""                      },
     {"a/b",                    "a/b"                   },
-    {"a\\b",                   "a\\b"                  },
-    {"a:",                     "a:"                    },
     {"!",                      "!"                     },
     {{'a', '\0', 'b'},         "a?b"                   }, // the message does not end there
     {Letters30 + "bc",         Letters30 + "bc"        },
     {Letters30 + "\U0001F600", Letters30 + "\U0001F600"}, // counts as two
     {"a\xC3",                  "a\xC3"                 },
-    {"\xED\xA0\x80",           "\xED\xA0\x80"          }, // half a surrogate pair
 };
 
 TEST(WriteCompoundFile, RefusesNamesThatTheFormatForbids) {
@@ -375,63 +234,6 @@ TEST(WriteCompoundFile, RefusesANameGivenTwice) {
 
 // --- Large documents ----------------------------------------------------------------------------
 
-/// Keeps the front and compares what follows with `Block`, again and again; then come zeros.
-class TComparingStream : public TStream {
- public:
-  TComparingStream(std::size_t FrontSize, std::string_view Block, std::uint64_t ContentSize)
-      : FrontSize_(FrontSize), Block_(Block), ContentEnd_(FrontSize + ContentSize) {}
-  using TStream::Write;
-  void Write(const void* Buffer, std::size_t Count) override {
-    std::string_view bytes(static_cast<const char*>(Buffer), Count);
-    for (std::size_t size; !bytes.empty(); bytes.remove_prefix(size), Total += size) {
-      if (Total < FrontSize_) {
-        size = std::min(bytes.size(), FrontSize_ - static_cast<std::size_t>(Total));
-        Front += bytes.substr(0, size);
-      } else if (Total < ContentEnd_) {
-        const std::size_t at = (Total - FrontSize_) % Block_.size();
-        size = std::min(
-            {bytes.size(), Block_.size() - at, static_cast<std::size_t>(ContentEnd_ - Total)});
-        if (bytes.substr(0, size) != Block_.substr(at, size)) ++Differences;
-      } else {
-        size = bytes.size();
-        if (bytes.find_first_not_of('\0') != bytes.npos) ++Differences;
-      }
-    }
-  }
-  std::size_t Read(void*, std::size_t) override { throw EReadError("not readable"); }
-  std::int64_t Seek(std::int64_t, TSeekOrigin) override { throw EStreamError("not seekable"); }
-  std::int64_t Size() override { return static_cast<std::int64_t>(Total); }
-
-  std::string Front;
-  std::uint64_t Total = 0;
-  int Differences = 0;
-
- private:
-  std::size_t FrontSize_;
-  std::string_view Block_;
-  std::uint64_t ContentEnd_;
-};
-
-TEST(WriteCompoundFile, HundredsOfMegabytesArePassedOn) {
-  const std::string block = Pattern(999999);  // no multiple of a sector
-  TCompoundStream stream = {"Workbook", std::vector<std::string_view>(300, block)};
-  stream.Pieces.push_back(std::string_view(block).substr(0, 1));
-  // 585937 sectors, directory, 4614 of FAT, 36 of DIFAT
-  constexpr std::size_t size = 300 * 999999 + 1;
-  TComparingStream file((1 + 36 + 4614 + 1) * 512, block, size);
-  WriteCompoundFile(file, {&stream, 1});
-  EXPECT_EQ(file.Differences, 0);
-  TReader reader(file.Front, file.Total);
-  EXPECT_EQ(reader.FatSectors, 4614U);
-  EXPECT_EQ(reader.DifatSectors, 36U);
-  const TReader::TEntry& entry = reader.Entries.at(1);
-  EXPECT_EQ(entry.Size, size);
-  std::vector<std::uint32_t> expected(585937);
-  std::iota(expected.begin(), expected.end(), 36 + 4614 + 1);
-  EXPECT_TRUE(reader.Sectors(entry) == expected);
-  reader.ExpectEverySectorUsedOnce();
-}
-
 /// Addresses without memory behind them: whoever reads them crashes.
 class TAddresses {
  public:
@@ -452,11 +254,15 @@ class TAddresses {
 };
 
 /// Counts what is written, unread.
-class TCountingStream : public TComparingStream {
+class TCountingStream : public TStream {
  public:
-  TCountingStream() : TComparingStream(0, {}, 0) {}
   using TStream::Write;
   void Write(const void*, std::size_t Count) override { Total += Count; }
+  std::size_t Read(void*, std::size_t) override { throw EReadError("not readable"); }
+  std::int64_t Seek(std::int64_t, TSeekOrigin) override { throw EStreamError("not seekable"); }
+  std::int64_t Size() override { return static_cast<std::int64_t>(Total); }
+
+  std::uint64_t Total = 0;
 };
 
 TEST(WriteCompoundFile, EndsBelowTwoGibibytes) {

@@ -85,15 +85,12 @@ const ErrorCase ErrorCases[] = {
      "to 2147483647"                                                                           },
     {"Flag = true\n\nNo = 1", "line 4: TSample has no property \"No\" that can be stored"      },
     {"OnChange = X",          "line 2: TSample has no property \"OnChange\" that can be stored"},
-    {"Group = 1",             "line 2: TSample has no property \"Group\" that can be stored"   },
     {"Partner = S",           "line 2: Partner cannot refer to \"S\""                          }, // without an owner
     {"Count",                 "line 2: \"Property = value\" is expected"                       },
     {"Text = abc",            "line 2: \"'\" is expected"                                      },
     {"Text = 'abc",           "line 2: a text ends without its closing quote"                  },
-    {"Text = 'a'#",           "line 2: \"# and a code from 0 to 255\" is expected"             },
     {"Text = #256",           "line 2: \"# and a code from 0 to 255\" is expected"             },
     {"Lines = ('a')",         "line 2: \"(\" is expected"                                      },
-    {"Lines = (\n'a'\nb",     "line 4: \"'\" is expected"                                      },
     {"Lines = (\n'a'",        "line 4: \"'\" is expected"                                      }, // the line `end`
 };
 

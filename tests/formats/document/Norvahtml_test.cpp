@@ -1,7 +1,5 @@
 #include <norva/formats/document/Norvahtml.h>
 
-#include <algorithm>
-
 #include <gtest/gtest.h>
 
 #include <norva/platform/Exceptions.h>
@@ -379,28 +377,8 @@ Border-color=clBtnFace
   EXPECT_EQ(other.TableOptions.TableFontColor, clWindow);
 }
 
-TEST(NorvaHTML, PublishedProperties) {
+TEST(NorvaHTML, AssignsOptions) {
   TNorvaHTML exporter;
-  EXPECT_EQ(Published(exporter, "UsingCSS"),
-            "UsingCSS: TUsingCSS = usInternal/TableOptions: TTableOptions/"
-            "HTMLOptions: THTMLOptions/HTMLTemplate: THTMLTemplate = htClassic/"
-            "CSSFileName: String = /MaxRecords: Integer = 0/GenerateIndex: Boolean = false/"
-            "BoolAsCheckBox: Boolean = false/Title: String = /ColumnsAlign: String list/"
-            "OnGetCellParams: TGetCellParamsEvent/");
-  EXPECT_EQ(
-      Published(exporter.HTMLOptions, "BackgroundColor"),
-      "BackgroundColor: Colour/BackgroundFileName: String = /LinkColor: Colour/"
-      "VLinkColor: Colour/ALinkColor: Colour/TextFont: TFont/"
-      "AdvancedAttributes: String list/DefaultOptions: set of TDefaultOption = [doFontSize]/");
-  EXPECT_EQ(Published(exporter.TableOptions, "Border"),
-            "Border: Integer = 1/CellPadding: Integer = 4/CellSpacing: Integer = 1/"
-            "AdvancedAttributes: String list/HeadersRowBgColor: Colour/"
-            "HeadersRowFontColor: Colour/TableBgColor: Colour/TableFontColor: Colour/"
-            "OddRowBgColor: Colour/BorderColor: Colour = clWhite/");
-  for (const TPersistent* object : std::initializer_list<const TPersistent*>{
-           &exporter, &exporter.HTMLOptions, &exporter.TableOptions}) {
-    EXPECT_EQ(ChangedProperties(*object), "");
-  }
   THTMLOptions page;
   page.Assign(exporter.HTMLOptions);
   TTableOptions table;

@@ -172,14 +172,5 @@ TEST(NorvaRTF, AbortEndsTheTable) {
             end + Begin + Portrait + "\\par/" + RowDefinition + Border + "\\cellx1396/");
 }
 
-TEST(NorvaRTF, PublishesWithDefaults) {
-  EXPECT_EQ(Published(TNorvaRTF(), "Options"),
-            "Options: TRTFOptions/ColumnsWidth: String list/ColumnsAlign: String list/"
-            "OnGetCellParams: TGetCellParamsEvent/");
-  EXPECT_EQ(Published(TRTFOptions(), "DefaultFont"),
-            "DefaultFont: TFont/HeaderFont: TFont/PageOrientation: TNorvaPageOrientation = "
-            "poPortrait/");
-}
-
 }  // namespace
 }  // namespace norva::tests

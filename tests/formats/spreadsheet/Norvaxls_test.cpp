@@ -1,6 +1,5 @@
 #include <norva/formats/spreadsheet/Norvaxls.h>
 
-#include <cmath>
 #include <limits>
 #include <string>
 #include <vector>
@@ -13,7 +12,6 @@
 #include <tests/TempFolder.h>
 #include <tests/Vectors.h>
 #include <tests/formats/spreadsheet/Workbook.h>
-#include <tests/platform/TextScopes.h>
 
 namespace norva::tests {
 namespace {
@@ -32,27 +30,22 @@ class TXLS : public TNorvaXLS {
     DataSet = &Source;
     Set(*this, Settings);
   }
+  TxlsFieldFormat& AddFormat(const char* FieldName, TxlsAggregate Aggregate = aggNone) {
+    TxlsFieldFormat& format = FieldFormats.Add();
+    format.FieldName = FieldName;
+    format.Aggregate = Aggregate;
+    return format;
+  }
   TWorkbook Book() { return TWorkbook(Exported(*this)); }
 };
 
-TEST(NorvaXLS, PublishedProperties) {
+TEST(NorvaXLS, ItemsStartAsTheDataAndKnowTheirNames) {
   TNorvaXLS exporter;
-  EXPECT_EQ(Published(exporter, "ColumnsWidth"),
-            "ColumnsWidth: String list/Options: TXLSOptions/FieldFormats: TxlsFieldFormats/"
-            "ColStyles: TxlsFormats/RowStyles: TxlsFormats/StripStyle: TxlsStripStyle = ssNone/"
-            "HeaderRows: Integer = 0/StartDataCol: Integer = 0/FooterRows: Integer = 0/"
-            "OnGetHeaderParams: TGetHeaderFooterParamsEvent/"
-            "OnGetCaptionParams: TGetCaptionParamsEvent/"
-            "OnGetBeforeDataParams: TGetHeaderFooterParamsEvent/"
-            "OnGetDataParams: TGetDataParamsEvent/"
-            "OnGetAggregateParams: TGetAggregateParamsEvent/"
-            "OnGetFooterParams: TGetHeaderFooterParamsEvent/");
-  EXPECT_EQ(ChangedProperties(exporter), "");
-  EXPECT_EQ(exporter.ClassName(), "TNorvaXLS");
-  exporter.ColStyles.Add();
   exporter.Options.DataFormat.Wrap = true;
   EXPECT_TRUE(exporter.FieldFormats.Add().Wrap);
-  EXPECT_EQ(exporter.ColStyles[0].GetDisplayName(), "Col_0");
+  exporter.Options.DataFormat.Wrap = false;
+  EXPECT_TRUE(exporter.FieldFormats[0].Wrap);  // a copy
+  EXPECT_EQ(exporter.ColStyles.Add().GetDisplayName(), "Col_0");
   EXPECT_EQ(exporter.RowStyles.Add().GetDisplayName(), "Row_0");
 }
 
@@ -111,9 +104,7 @@ TEST(NorvaXLS, FooterRows) {
 TEST(NorvaXLS, NoRecords) {
   TXLS exporter("AllowCaptions=false SkipRecCount=9");
   exporter.Source.Next();
-  TxlsFieldFormat& format = exporter.FieldFormats.Add();
-  format.FieldName = "Id";
-  format.Aggregate = aggSum;
+  exporter.AddFormat("Id", aggSum);
   const TWorkbook book = exporter.Book();
   EXPECT_EQ(book.Cells(), "");  // a sum would refer to itself
   EXPECT_EQ(Hex(book.Body(0x0200)), "00 00 00 00 01 00 00 00 00 00 02 00 00 00");
@@ -130,27 +121,17 @@ struct ValueCase {
 };
 const ValueCase ValueCases[] = {
     {ftInteger,  -5,                              "null", "-5"                  },
-    {ftInteger,  nullptr,                         "null", "'null'"              },
     {ftInteger,  nullptr,                         "",     "-"                   },
     {ftInteger,  5,                               "5",    "'5'"                 }, // as null
     {ftLargeint, 9007199254740993,                "null", "9.007199254740992E15"},
-    {ftFloat,    0.1,                             "null", "0.1"                 },
-    {ftFloat,    1e300,                           "null", "1E300"               },
-    {ftFloat,    -0.0,                            "null", "0"                   },
     {ftFloat,    Infinity,                        "INF",  "'INF'"               },
     {ftCurrency, 12.5,                            "null", "12.5"                },
     {ftDate,     TMemoryValue::DateTime(45322.5), "null", "45322"               },
     {ftTime,     TMemoryValue::DateTime(45322.5), "null", "0.5"                 },
-    {ftDateTime, TMemoryValue::DateTime(45322.5), "null", "45322.5"             },
     {ftDateTime, TMemoryValue::DateTime(-1.25),   "null", "-1.25"               },
-    {ftDateTime, nullptr,                         "?",    "'?'"                 },
     {ftBoolean,  true,                            "null", "TRUE"                },
-    {ftBoolean,  false,                           "null", "FALSE"               },
-    {ftBoolean,  nullptr,                         "null", "'null'"              },
     {ftString,   "12",                            "null", "'12'"                },
-    {ftString,   "null",                          "null", "'null'"              },
     {ftString,   "",                              "null", "-"                   },
-    {ftUnknown,  "x",                             "null", "'x'"                 },
 };
 TEST(NorvaXLS, Values) {
   for (const ValueCase& c : ValueCases) {
@@ -169,12 +150,10 @@ TEST(NorvaXLS, Booleans) {
   struct {
     const char *BooleanTrue, *Text, *Cell;
   } const cases[] = {
-      {"ja",   "JA",    "TRUE" },
-      {"ja",   "True",  "TRUE" }, // what a field of this type says
-      {"ja",   "true",  "FALSE"},
-      {"ja",   "nein",  "FALSE"},
-      {"true", "TRUE",  "TRUE" },
-      {"true", "False", "FALSE"},
+      {"ja",   "JA",   "TRUE" },
+      {"ja",   "True", "TRUE" }, // what a field of this type says
+      {"ja",   "true", "FALSE"},
+      {"true", "TRUE", "TRUE" },
   };
   for (const auto& c : cases) {
     TMemoryDataSet source({
@@ -248,25 +227,6 @@ TEST(NorvaXLS, TextThatIsNoNumberNamesItsPlace) {
   EXPECT_EQ(TWorkbook(stream.Bytes()).Cells(), "A1 x16 'Id' | B1 x16 'Name'");
 }
 
-TEST(NorvaXLS, TextsOfTheCodePage) {
-  const TPageScope page(1252);
-  TXLS exporter("AllowCaptions=false");
-  TMemoryDataSet source({
-      {"F", ftString, 20}
-  });
-  source.Append({"Zo\xEB \x80"});
-  exporter.DataSet = &source;
-  EXPECT_EQ(exporter.Book().Cells(), "A1 x15 'Zo\\u00EB \\u20AC'");
-}
-
-TEST(NorvaXLS, EqualTextsAreKeptOnce) {
-  TXLS exporter("AllowCaptions=false");
-  exporter.Header = {"Ann\tAnn"};
-  const TWorkbook book = exporter.Book();
-  EXPECT_EQ(book.Strings, (std::vector<std::string>{"Ann", "Bob"}));
-  EXPECT_EQ(NumberAt(book.Body(0x00FC), 0, 4), 4U);
-}
-
 // Formats.
 
 TEST(NorvaXLS, StageFormats) {
@@ -296,13 +256,10 @@ TEST(NorvaXLS, CaptionsInTheDefaultFormat) {
 TEST(NorvaXLS, FieldFormats) {
   TXLS exporter("AllowCaptions=false ExportRecCount=1");
   exporter.UserFormats = {"Id=0.000", "Name=@"};
-  TxlsFieldFormat& id = exporter.FieldFormats.Add();
-  id.FieldName = "ID";  // letter case does not count
-  TxlsFieldFormat& name = exporter.FieldFormats.Add();
-  name.FieldName = "Name";
+  exporter.AddFormat("ID");  // letter case does not count
+  TxlsFieldFormat& name = exporter.AddFormat("Name");
   name.Fill.Pattern = ptSolid;
   name.Font.Size = 12;
-  exporter.FieldFormats.Add().FieldName = "Other";
   const TWorkbook book = exporter.Book();
   EXPECT_EQ(book.Cells(), "A1 x16 1 | B1 x17 'Ann'");
   EXPECT_EQ(book.UserFonts(), "arial 12");
@@ -329,13 +286,11 @@ struct StripCase {
 };
 const StripCase StripCases[] = {
     {ssNone, 2, "15 15 15 15 15 15"},
-    {ssCol,  0, "15 15 15 15 15 15"},
     {ssCol,  1, "16 17 16 17 16 17"}, // the pictures differ
     {ssCol,  2, "16 17 16 17 16 17"},
     {ssRow,  0, "15 15 15 15 15 15"},
     {ssRow,  1, "16 17 16 17 16 17"},
     {ssRow,  2, "16 17 18 19 16 17"},
-    {ssRow,  3, "16 17 18 19 20 21"},
 };
 TEST(NorvaXLS, StripStyles) {
   for (const StripCase& c : StripCases) {
@@ -360,8 +315,7 @@ TEST(NorvaXLS, FieldFormatsGoBeforeStrips) {
   TXLS exporter("AllowCaptions=false StripStyle=ssRow");
   exporter.RowStyles.Add().Fill.Pattern = ptSolid;
   exporter.RowStyles.Add().Fill.Pattern = ptChess;
-  TxlsFieldFormat& name = exporter.FieldFormats.Add();
-  name.FieldName = "Name";
+  TxlsFieldFormat& name = exporter.AddFormat("Name");
   name.Fill.Pattern = ptCells;
   const TWorkbook book = exporter.Book();
   EXPECT_EQ(book.Cells(), "A1 x16 1 | B1 x20 'Ann'\nA2 x18 2 | B2 x20 'Bob'");
@@ -371,23 +325,15 @@ TEST(NorvaXLS, FieldFormatsGoBeforeStrips) {
 // Aggregates.
 
 TEST(NorvaXLS, Aggregates) {
-  TMemoryDataSet source({
-      {"A", ftInteger},
-      {"B", ftInteger},
-      {"C", ftInteger},
-      {"D", ftInteger},
-      {"E", ftInteger}
-  });
+  TMemoryDataSet source;
+  for (const char* name : {"A", "B", "C", "D", "E"}) source.AddField(name, ftInteger);
   source.Append({1, 2, 3, 4, 5});
   source.Append({6, 7, 8, 9, 10});
   TXLS exporter("StartDataCol=1");
   exporter.DataSet = &source;
   const TxlsAggregate aggregates[] = {aggSum, aggNone, aggAvg, aggMin, aggMax};
-  for (std::size_t i = 0; i < 5; ++i) {
-    TxlsFieldFormat& format = exporter.FieldFormats.Add();
-    format.FieldName = static_cast<char>('a' + i);
-    format.Aggregate = aggregates[i];
-  }
+  const char* const names[] = {"a", "b", "c", "d", "e"};
+  for (int i = 0; i < 5; ++i) exporter.AddFormat(names[i], aggregates[i]);
   exporter.Footer = {"below"};
   exporter.Options.AggregateFormat.Fill.Foreground = clrWhite;  // default, as IsDefault has it
   const std::string cells = exporter.Book().Cells();
@@ -401,8 +347,6 @@ struct StartCase {
 };
 const StartCase StartCases[] = {
     {"",                                 "",        "SUM(2:3)"},
-    {"AllowCaptions=false",              "",        "SUM(1:2)"},
-    {"",                                 "a/b/c/d", "SUM(6:7)"},
     {"HeaderRows=2",                     "a/b/c/d", "SUM(4:5)"},
     {"HeaderRows=3",                     "a",       "SUM(3:6)"}, // over an empty row, too
     {"HeaderRows=3 AllowCaptions=false", "",        "SUM(1:5)"},
@@ -411,9 +355,7 @@ TEST(NorvaXLS, RowsOfAggregates) {
   for (const StartCase& c : StartCases) {
     TXLS exporter(c.Settings);
     exporter.Header.SetText(Replace(c.Header, "/", "\n"));
-    TxlsFieldFormat& format = exporter.FieldFormats.Add();
-    format.FieldName = "Id";
-    format.Aggregate = aggSum;
+    exporter.AddFormat("Id", aggSum);
     const std::string cells = exporter.Book().Cells();
     EXPECT_EQ(cells.substr(cells.rfind(' ') + 1), c.Sum) << c.Settings << c.Header;
   }
@@ -461,9 +403,7 @@ TEST(NorvaXLS, CaptionEvent) {
 
 TEST(NorvaXLS, EventLeftOfTheData) {
   TXLS exporter("StartDataCol=2 ExportRecCount=1");
-  TxlsFieldFormat& id = exporter.FieldFormats.Add();
-  id.FieldName = "Id";
-  id.Aggregate = aggMax;
+  exporter.AddFormat("Id", aggMax);
   exporter.OnGetBeforeDataParams = [](TObject&, int col, int row, TxlsFormat& format,
                                       std::string& s) {
     format.Fill.Pattern = ptSolid;
@@ -478,8 +418,7 @@ TEST(NorvaXLS, EventLeftOfTheData) {
 TEST(NorvaXLS, DataEvent) {
   TXLS exporter("StartDataCol=1 AllowCaptions=false");
   exporter.UserFormats = {"Id=0.0"};
-  TxlsFieldFormat& name = exporter.FieldFormats.Add();
-  name.FieldName = "Name";
+  TxlsFieldFormat& name = exporter.AddFormat("Name");
   name.Fill.Pattern = ptSolid;
   name.Alignment.Horizontal = halRight;
   exporter.Options.DataFormat.Font.Size = 9;
@@ -505,9 +444,7 @@ TEST(NorvaXLS, DataEvent) {
 
 TEST(NorvaXLS, AggregateEvent) {
   TXLS exporter("AllowCaptions=false StartDataCol=1");
-  TxlsFieldFormat& id = exporter.FieldFormats.Add();
-  id.FieldName = "Id";
-  id.Aggregate = aggSum;
+  exporter.AddFormat("Id", aggSum);
   exporter.OnGetAggregateParams = [&](TObject&, int col, TxlsFormat& format, std::string& text,
                                       std::string& value) {
     EXPECT_EQ(exporter.ExportStage(), esAggregate);
@@ -547,44 +484,12 @@ TEST(NorvaXLS, Rows) {
 }
 
 TEST(NorvaXLS, Columns) {
-  for (const int count : {1, 2}) {
-    TMemoryDataSet source;
-    std::vector<TMemoryValue> values;
-    for (int i = 0; i < count; ++i) {
-      source.AddField("F" + std::to_string(i), ftInteger);
-      values.emplace_back(i);
-    }
-    source.Append(values);
-    TXLS exporter("StartDataCol=255 AllowCaptions=false");
-    exporter.DataSet = &source;
-    const std::string result = ExportedOrError(exporter);
-    if (count == 1) {
-      EXPECT_EQ(TWorkbook(result).Cells(), "IV1 x15 0");
-    } else {
-      EXPECT_EQ(result,
-                "!Column \"F1\" does not fit: a sheet has 256 columns; choose them with "
-                "ExportedFields");
-    }
-  }
-}
-
-TEST(NorvaXLS, CellTextThatIsTooLong) {
-  TXLS exporter("StartDataCol=3");
-  exporter.OnGetExportText = [](TObject&, int col, std::string& text) {
-    if (col == 1) text.assign(32768, 'x');
-  };
-  EXPECT_EQ(ExportedOrError(exporter), "!Cell R1,C4: String length more than 32767 bytes");
-}
-
-TEST(NorvaXLS, WritesTheFile) {
-  const TTempFolder folder;
-  TXLS exporter;
-  exporter.FileName = folder.Path("a.xls");
-  int ends = 0;
-  exporter.OnEndExport = [&](TObject&) { ++ends; };
-  exporter.Execute();
-  EXPECT_EQ(ends, 1);
-  EXPECT_EQ(folder.Read("a.xls"), Exported(exporter));
+  TXLS exporter("StartDataCol=255 AllowCaptions=false ExportRecCount=1");
+  EXPECT_EQ(ExportedOrError(exporter),
+            "!Column \"Name\" does not fit: a sheet has 256 columns; choose them with "
+            "ExportedFields");
+  exporter.ExportedFields = {"Id"};
+  EXPECT_EQ(exporter.Book().Cells(), "IV1 x15 1");
 }
 
 TEST(NorvaXLS, FileThatCannotBeCreated) {
@@ -607,14 +512,12 @@ struct AbortCase {
   const char *At, *Cells;
 };
 const AbortCase AbortCases[] = {
-    {"begin",    "(none)"                                                                      },
-    {"header",   "(none)"                                                                      },
-    {"caption",  "A1 x16 'h'\nA2 x17 'Id' | B2 x17 'Name'\nA3 x16 'f'"                         },
-    {"data",     "A1 x16 'h'\nA2 x17 'Id' | B2 x17 'Name'\nA3 x16 1 | B3 x16 'Ann'\nA4 x16 'f'"},
-    {"exported", "A1 x16 'h'\nA2 x17 'Id' | B2 x17 'Name'\nA3 x16 1 | B3 x16 'Ann'\nA4 x16 'f'"},
+    {"begin",   "(none)"                                                                      },
+    {"caption", "A1 x16 'h'\nA2 x17 'Id' | B2 x17 'Name'\nA3 x16 'f'"                         },
+    {"data",    "A1 x16 'h'\nA2 x17 'Id' | B2 x17 'Name'\nA3 x16 1 | B3 x16 'Ann'\nA4 x16 'f'"},
     {"footer",
      "A1 x16 'h'\nA2 x17 'Id' | B2 x17 'Name'\nA3 x16 1 | B3 x16 'Ann'\nA4 x16 2 | B4 x16 "
-     "'Bob'\nA5 x16 'f'"                                                                       },
+     "'Bob'\nA5 x16 'f'"                                                                      },
 };
 TEST(NorvaXLS, Aborts) {
   for (const AbortCase& c : AbortCases) {
@@ -630,7 +533,6 @@ TEST(NorvaXLS, Aborts) {
     };
     exporter.OnGetCaptionParams = [&](TObject&, int, TxlsFormat&, std::string&) { at("caption"); };
     exporter.OnGetDataParams = [&](TObject&, int, int, TxlsFormat&, std::string&) { at("data"); };
-    exporter.OnExportedRecord = [&](TObject&, int) { at("exported"); };
     exporter.OnGetFooterParams = [&](TObject&, int, int, TxlsFormat&, std::string&) {
       at("footer");
     };

@@ -12,31 +12,9 @@
 
 #include <norva/platform/Format.h>
 #include <norva/platform/Numbers.h>
+#include <tests/Binary.h>
 
 namespace norva::tests {
-
-/// The little-endian number of `Size` bytes at `At`.
-inline std::uint64_t NumberAt(std::string_view Bytes, std::size_t At, std::size_t Size = 2) {
-  std::uint64_t number = 0;
-  while (Size-- > 0) number = number << 8 | static_cast<unsigned char>(Bytes.at(At + Size));
-  return number;
-}
-
-/// In capital hexadecimal, with `Digits` digits.
-inline std::string HexNumber(std::uint64_t Number, int Digits) {
-  std::string hex;
-  for (; Digits > 0; --Digits) hex += "0123456789ABCDEF"[Number >> (4 * Digits - 4) & 15];
-  return hex;
-}
-
-/// "00 FF".
-inline std::string Hex(std::string_view Bytes) {
-  std::string hex;
-  for (const char byte : Bytes) {
-    hex += (hex.empty() ? "" : " ") + HexNumber(static_cast<unsigned char>(byte), 2);
-  }
-  return hex;
-}
 
 /// Character for character; above U+00FF as \uXXXX.
 inline std::string Narrow(std::string_view Utf16) {
@@ -54,26 +32,9 @@ inline std::string Narrow(std::string_view Utf16) {
 
 /// The stream "Workbook", the first of its document.
 inline std::string WorkbookStream(std::string_view File) {
-  const auto chain = [&](std::string_view fat, std::uint64_t first) {
-    std::vector<std::size_t> sectors;
-    for (; first < 0xFFFFFFF0; first = NumberAt(fat, 4 * first, 4)) sectors.push_back(first);
-    return sectors;
-  };
-  const auto sector = [&](std::size_t number) { return File.substr(512 * (number + 1), 512); };
-  std::string fat, miniFat, directory, miniStream, stream;
-  for (std::size_t i = 0; i < NumberAt(File, 44, 4); ++i) {
-    fat += sector(NumberAt(File, 76 + 4 * i, 4));
-  }
-  for (const auto i : chain(fat, NumberAt(File, 48, 4))) directory += sector(i);
-  for (const auto i : chain(fat, NumberAt(File, 60, 4))) miniFat += sector(i);
-  for (const auto i : chain(fat, NumberAt(directory, 116, 4))) miniStream += sector(i);
-  const std::string_view entry = std::string_view(directory).substr(128);
-  EXPECT_EQ(Narrow(entry.substr(0, 16)), "Workbook");
-  const std::size_t size = NumberAt(entry, 120, 4);
-  for (const auto i : chain(size < 4096 ? miniFat : fat, NumberAt(entry, 116, 4))) {
-    stream += size < 4096 ? std::string_view(miniStream).substr(64 * i, 64) : sector(i);
-  }
-  return stream.substr(0, size);
+  TCompoundReader reader(File);
+  EXPECT_EQ(reader.Entries.at(1).Name, u"Workbook");
+  return reader.Content(reader.Entries.at(1));
 }
 
 /// With blanks between; equal ones in a row as "00E0*16".
@@ -131,7 +92,6 @@ class TWorkbook {
 
   /// The shared strings, read as the format says: a piece may begin with a byte of options.
   std::vector<std::string> Strings;
-  std::vector<std::string> Utf16Strings;
 
   /// The cells, a row a line: "B3 x16 12.5", BLANK as -, texts in '', TRUE, FALSE, SUM(3:5).
   std::string Cells() const {
@@ -212,7 +172,7 @@ class TWorkbook {
     if (pieces.empty()) return;
     std::size_t piece = 0, at = 8;
     const std::uint64_t count = NumberAt(pieces[0], 4, 4);
-    while (Utf16Strings.size() < count) {
+    while (Strings.size() < count) {
       if (at == pieces.at(piece).size()) ++piece, at = 0;
       std::size_t left = 2 * NumberAt(pieces.at(piece), at);
       EXPECT_EQ(pieces[piece].at(at + 2), 1);
@@ -227,7 +187,6 @@ class TWorkbook {
         EXPECT_EQ(pieces.at(++piece).at(0), 1);
         at = 1;
       }
-      Utf16Strings.push_back(text);
       Strings.push_back(Narrow(text));
     }
     EXPECT_EQ(at, pieces[piece].size());

@@ -62,19 +62,5 @@ TEST(NorvaClipboard, TypeDecidesOnWidths) {
   }
 }
 
-TEST(NorvaClipboard, PublishesWithDefaults) {
-  const TLocaleScope locale(VectorLocale("de"));
-  const TNorvaClipboard exporter;
-  EXPECT_EQ(Published(exporter, "Separator"),
-            "Separator: Char/"  // the locale's, and always stored
-            "Spacing: Integer = 2/ClipboardViewer: String = Clipbrd.exe/"
-            "ExportType: TLumClipboardExportType = etSeparated/Header: String list/"
-            "Footer: String list/AllowCaptions: Boolean = true/Captions: String list/"
-            "Formats: TNorvaFormats/UserFormats: String list/"
-            "OnFetchedRecord: TExportedRecordEvent/");
-  EXPECT_EQ(ChangedProperties(exporter), "");
-  EXPECT_EQ(exporter.Separator, ';');
-}
-
 }  // namespace
 }  // namespace norva::tests

@@ -10,7 +10,6 @@
 #include <gtest/gtest.h>
 
 #include <norva/platform/Exceptions.h>
-#include <norva/platform/Property.h>
 #include <norva/sources/memory/MemoryDataSet.h>
 #include <norva/sources/memory/RangeDataSet.h>
 #include <tests/ErrorText.h>
@@ -67,14 +66,6 @@ class TRecordDataSetTest : public testing::TestWithParam<TKind> {
   }
 };
 INSTANTIATE_TEST_SUITE_P(, TRecordDataSetTest, testing::ValuesIn(Kinds));
-
-TEST_P(TRecordDataSetTest, IsOpenOnTheFirstRecordFromTheStart) {
-  const auto set = GetParam().Make(2);
-  EXPECT_TRUE(set->Active());
-  EXPECT_FALSE(set->IsEmpty());
-  EXPECT_EQ(Place(*set), "1");
-  EXPECT_EQ(set->RecNo(), 1);
-}
 
 TEST_P(TRecordDataSetTest, StaysOnTheLastRecordAtTheEnd) {
   const auto set = GetParam().Make(3);
@@ -156,28 +147,6 @@ TEST_P(TRecordDataSetTest, ClosedSetGivesNothing) {
   set->Next();
   set->Open();  // already open
   EXPECT_EQ(Place(*set), "2");
-}
-
-TEST_P(TRecordDataSetTest, CountsDisabledControls) {
-  const auto set = GetParam().Make(1);
-  set->DisableControls();
-  set->DisableControls();
-  EXPECT_EQ(set->ControlsDisabled(), 2);
-  set->EnableControls();
-  set->EnableControls();
-  EXPECT_EQ(set->ControlsDisabled(), 0);
-}
-
-TEST_P(TRecordDataSetTest, PublishesActive) {
-  const auto set = GetParam().Make(1);
-  const TProperty* const active = set->Properties().Find("Active");
-  ASSERT_NE(active, nullptr);
-  EXPECT_EQ(active->Default, active->Get(*set));
-  active->Set(*set, "false");
-  EXPECT_FALSE(set->Active());
-  active->Set(*set, "true");
-  EXPECT_TRUE(set->Active());
-  EXPECT_EQ(set->ClassName(), GetParam().ClassName);
 }
 
 }  // namespace

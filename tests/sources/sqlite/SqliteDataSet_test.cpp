@@ -69,132 +69,60 @@ std::string Walk(TSqliteDataSet& Set) {
   return values;
 }
 
-struct TTypeCase {
+struct TColumnCase {
   const char *Declared, *Stored;
-  TFieldType Type;
-  int Size, DisplayWidth;
-};
-const TTypeCase TypeCases[] = {
-    {"BOOLEAN",          "NULL",  ftBoolean,  0,   5 },
-    {"bool",             "NULL",  ftBoolean,  0,   5 },
-    {"DATETIME",         "NULL",  ftDateTime, 0,   18},
-    {"Timestamp",        "NULL",  ftDateTime, 0,   18},
-    {"DATE",             "NULL",  ftDate,     0,   10},
-    {"TIME",             "NULL",  ftTime,     0,   10},
-    {"MONEY",            "NULL",  ftCurrency, 0,   10},
-    {"CURRENCY",         "NULL",  ftCurrency, 0,   10},
-    {"DECIMAL(10,2)",    "NULL",  ftBCD,      0,   10},
-    {"NUMERIC",          "NULL",  ftBCD,      0,   10},
-    {"DECIMAL_TEXT",     "NULL",  ftBCD,      0,   10},
-    {"TINYINT",          "NULL",  ftSmallint, 0,   6 },
-    {"smallint(5)",      "NULL",  ftSmallint, 0,   6 },
-    {"INT2",             "NULL",  ftSmallint, 0,   6 },
-    {"BIGINT",           "NULL",  ftLargeint, 0,   15},
-    {"INT8",             "NULL",  ftLargeint, 0,   15},
-    {"integer",          "NULL",  ftLargeint, 0,   15},
-    {"INTEGER(4)",       "NULL",  ftInteger,  0,   10},
-    {"INT",              "NULL",  ftInteger,  0,   10},
-    {"CHAR INT",         "NULL",  ftInteger,  0,   10},
-    {"VARCHAR(30)",      "NULL",  ftString,   30,  30},
-    {"INTEGER_OR_TEXT",  "NULL",  ftString,   255, 20},
-    {"NCHAR ( 7 )",      "NULL",  ftString,   7,   7 },
-    {"CLOB",             "NULL",  ftString,   255, 20},
-    {"text",             "NULL",  ftString,   255, 20},
-    {"VARCHAR(0)",       "NULL",  ftString,   255, 20},
-    {"BLOB",             "NULL",  ftBlob,     0,   10},
-    {"REAL",             "NULL",  ftFloat,    0,   10},
-    {"FLOAT",            "NULL",  ftFloat,    0,   10},
-    {"DOUBLE PRECISION", "NULL",  ftFloat,    0,   10},
-    {"",                 "5",     ftLargeint, 0,   15},
-    {"",                 "2.5",   ftFloat,    0,   10},
-    {"JSON",             "'[1]'", ftString,   255, 20},
-    {"",                 "x'41'", ftBlob,     0,   10},
-    {"UUID",             "NULL",  ftString,   255, 20},
-    {"",                 "NULL",  ftString,   255, 20},
-};
-
-TEST_F(TSqliteDataSetTest, MapsDeclaredTypes) {
-  int number = 0;
-  for (const TTypeCase& c : TypeCases) {
-    SCOPED_TRACE(testing::Message() << c.Declared << " " << c.Stored);
-    const auto set = Column("t" + std::to_string(++number), c.Declared, c.Stored);
-    const TField& field = set->Fields(0);
-    EXPECT_EQ(field.FieldName, "Ä col");
-    EXPECT_EQ(field.DisplayName, "Ä col");
-    EXPECT_EQ(TypeName(field.DataType), TypeName(c.Type));
-    EXPECT_EQ(field.Size, c.Size);
-    EXPECT_EQ(field.DisplayWidth, c.DisplayWidth);
-  }
-}
-
-struct TValueCase {
-  const char *Declared, *Stored;
+  const char* Field;  // type, size and display width
   TValueKind Kind;
-  const char* AsString;
+  const char* Text;
 };
-const TValueCase ValueCases[] = {
-    {"BOOLEAN",          "1",                     vkBoolean,  "True"                },
-    {"bool",             "0",                     vkBoolean,  "False"               },
-    {"BOOL",             "'Yes'",                 vkBoolean,  "True"                },
-    {"BOOL",             "'f'",                   vkBoolean,  "False"               },
-    {"BOOL",             "NULL",                  vkNull,     ""                    },
-    {"DATETIME",         "'2024-01-31 13:45:07'", vkDateTime, "2024-01-31 13:45:07" },
-    {"Timestamp",        "'2024-01-31T13:45:00'", vkDateTime, "2024-01-31 13:45:00" },
-    {"DATETIME",         "'2024-01-31'",          vkDateTime, "2024-01-31"          },
-    {"DATETIME",         "1706708700",            vkDateTime, "2024-01-31 13:45:00" },
-    {"DATETIME",         "-1",                    vkDateTime, "1969-12-31 23:59:59" },
-    {"DATETIME",         "-2209183201",           vkDateTime, "1899-12-29 17:59:59" },
-    {"DATETIME",         "-62135596800",          vkDateTime, "0001-01-01"          },
-    {"DATETIME",         "253402300799",          vkDateTime, "9999-12-31 23:59:59" },
-    {"DATETIME",         "2460341.07291666",      vkDateTime, "2024-01-31 13:44:59" },
-    {"DATETIME",         "2460341.0729976851",    vkDateTime, "2024-01-31 13:45:07" },
-    {"DATETIME",         "2396820.7125810185",    vkDateTime, "1850-03-04 05:06:07" },
-    {"DATE",             "'2024-02-29'",          vkDateTime, "2024-02-29"          },
-    {"DATE",             "2460341.5",             vkDateTime, "2024-02-01"          },
-    {"TIME",             "'13:45'",               vkDateTime, "13:45:00"            },
-    {"TIME",             "'13:45:07'",            vkDateTime, "13:45:07"            },
-    {"MONEY",            "12.50",                 vkFloat,    "12.5"                },
-    {"CURRENCY",         "9007199254740993",      vkInteger,  "9007199254740993"    },
-    {"DECIMAL(10,2)",    "1234.5",                vkFloat,    "1234.5"              },
-    {"NUMERIC",          "7",                     vkInteger,  "7"                   },
+const TColumnCase ColumnCases[] = {
+    {"BOOLEAN",         "1",                     "ftBoolean 0 5",   vkBoolean,  "True"                },
+    {"bool",            "'f'",                   "ftBoolean 0 5",   vkBoolean,  "False"               },
+    {"BOOL",            "NULL",                  "ftBoolean 0 5",   vkNull,     ""                    },
+    {"DATETIME",        "'2024-01-31 13:45:07'", "ftDateTime 0 18", vkDateTime, "2024-01-31 13:45:07" },
+    {"DATETIME",        "1706708700",            "ftDateTime 0 18", vkDateTime, "2024-01-31 13:45:00" },
+    {"DATETIME",        "-2209183201",           "ftDateTime 0 18", vkDateTime, "1899-12-29 17:59:59" },
+    {"DATETIME",        "-62135596800",          "ftDateTime 0 18", vkDateTime, "0001-01-01"          },
+    {"DATETIME",        "253402300799",          "ftDateTime 0 18", vkDateTime, "9999-12-31 23:59:59" },
+    {"DATETIME",        "2460341.0729976851",    "ftDateTime 0 18", vkDateTime, "2024-01-31 13:45:07" },
+    {"Timestamp",       "2396820.7125810185",    "ftDateTime 0 18", vkDateTime, "1850-03-04 05:06:07" },
+    {"DATE",            "'2024-02-29'",          "ftDate 0 10",     vkDateTime, "2024-02-29"          },
+    {"TIME",            "'13:45:07'",            "ftTime 0 10",     vkDateTime, "13:45:07"            },
+    {"MONEY",           "12.50",                 "ftCurrency 0 10", vkFloat,    "12.5"                },
+    {"CURRENCY",        "9007199254740993",      "ftCurrency 0 10", vkInteger,  "9007199254740993"    },
+    {"DECIMAL(10,2)",   "7",                     "ftBCD 0 10",      vkInteger,  "7"                   },
  // TEXT in the name keeps SQLite from converting; the number is one all the same.
-    {"DECIMAL_TEXT",     "'0001234.5600'",        vkFloat,    "1234.56"             },
-    {"DECIMAL_TEXT",     "'-12'",                 vkInteger,  "-12"                 },
-    {"TINYINT",          "300",                   vkInteger,  "300"                 },
-    {"smallint(5)",      "-5",                    vkInteger,  "-5"                  },
-    {"INT2",             "99999",                 vkInteger,  "99999"               },
-    {"BIGINT",           "-9223372036854775808",  vkInteger,  "-9223372036854775808"},
-    {"INT8",             "8",                     vkInteger,  "8"                   },
-    {"integer",          "9",                     vkInteger,  "9"                   },
-    {"INTEGER(4)",       "9",                     vkInteger,  "9"                   },
-    {"INT",              "5000000000",            vkInteger,  "5000000000"          },
-    {"INT",              "1e3",                   vkInteger,  "1000"                },
-    {"CHAR INT",         "'12.0'",                vkInteger,  "12"                  },
-    {"VARCHAR(30)",      "'abc'",                 vkText,     "abc"                 },
-    {"INTEGER_OR_TEXT",  "'DM'",                  vkText,     "DM"                  },
-    {"INTEGER_OR_TEXT",  "9001",                  vkText,     "9001"                },
-    {"NCHAR ( 7 )",      "'abc'",                 vkText,     "abc"                 },
-    {"CLOB",             "'abc'",                 vkText,     "abc"                 },
-    {"text",             "''",                    vkText,     ""                    },
-    {"VARCHAR(0)",       "5",                     vkText,     "5"                   },
-    {"REAL",             "0.1",                   vkFloat,    "0.1"                 },
-    {"FLOAT",            "3",                     vkFloat,    "3"                   },
-    {"DOUBLE PRECISION", "1e300",                 vkFloat,    "1E300"               },
-    {"",                 "5",                     vkInteger,  "5"                   },
-    {"",                 "2.5",                   vkFloat,    "2.5"                 },
-    {"JSON",             "'[1]'",                 vkText,     "[1]"                 },
-    {"UUID",             "NULL",                  vkNull,     ""                    },
+    {"DECIMAL_TEXT",    "'0001234.5600'",        "ftBCD 0 10",      vkFloat,    "1234.56"             },
+    {"INT2",            "99999",                 "ftSmallint 0 6",  vkInteger,  "99999"               },
+    {"smallint(5)",     "-5",                    "ftSmallint 0 6",  vkInteger,  "-5"                  },
+    {"BIGINT",          "-9223372036854775808",  "ftLargeint 0 15", vkInteger,  "-9223372036854775808"},
+    {"integer",         "9",                     "ftLargeint 0 15", vkInteger,  "9"                   },
+    {"INT",             "5000000000",            "ftInteger 0 10",  vkInteger,  "5000000000"          },
+    {"CHAR INT",        "'12.0'",                "ftInteger 0 10",  vkInteger,  "12"                  },
+    {"VARCHAR(30)",     "'abc'",                 "ftString 30 30",  vkText,     "abc"                 },
+    {"INTEGER_OR_TEXT", "9001",                  "ftString 255 20", vkText,     "9001"                },
+    {"NCHAR ( 7 )",     "''",                    "ftString 7 7",    vkText,     ""                    },
+    {"VARCHAR(0)",      "5",                     "ftString 255 20", vkText,     "5"                   },
+    {"FLOAT",           "3",                     "ftFloat 0 10",    vkFloat,    "3"                   },
+    {"",                "5",                     "ftLargeint 0 15", vkInteger,  "5"                   },
+    {"",                "2.5",                   "ftFloat 0 10",    vkFloat,    "2.5"                 },
+    {"",                "x'41'",                 "ftBlob 0 10",     vkText,     "A"                   },
+    {"",                "NULL",                  "ftString 255 20", vkNull,     ""                    },
+    {"JSON",            "'[1]'",                 "ftString 255 20", vkText,     "[1]"                 },
 };
 
-TEST_F(TSqliteDataSetTest, ReadsStoredValuesByTheColumnsType) {
+TEST_F(TSqliteDataSetTest, MapsDeclaredTypesAndReadsStoredValues) {
   int number = 0;
-  for (const TValueCase& c : ValueCases) {
+  for (const TColumnCase& c : ColumnCases) {
     SCOPED_TRACE(testing::Message() << c.Declared << " " << c.Stored);
     const auto set = Column("t" + std::to_string(++number), c.Declared, c.Stored);
     const TField& field = set->Fields(0);
+    EXPECT_EQ(field.FieldName + field.DisplayName, "Ä colÄ col");
+    EXPECT_EQ(Format("%s %d %d", TypeName(field.DataType), field.Size, field.DisplayWidth),
+              c.Field);
     EXPECT_EQ(field.Value().Kind, c.Kind);
     EXPECT_EQ(field.IsNull(), c.Kind == vkNull);
-    EXPECT_EQ(field.AsString(), c.AsString);
+    EXPECT_EQ(field.AsString(), c.Text);
   }
 }
 
@@ -319,9 +247,7 @@ TEST_F(TSqliteDataSetTest, ClosesAndOpensAgain) {
 TEST_F(TSqliteDataSetTest, CountsRecords) {
   Script("CREATE TABLE t(a); INSERT INTO t VALUES(1), (2), (3)");
   const std::pair<const char*, std::int64_t> cases[] = {
-      {"SELECT * FROM t",                          3},
       {"SELECT * FROM t WHERE a > 1;",             2},
-      {"SELECT a, a FROM t ORDER BY a LIMIT 2 ;",  2},
       {"SELECT a FROM t -- all; of them",          3},
       {"/* first */ SELECT a FROM t; -- last\n;",  3},
       {"WITH c(x) AS (VALUES(1)) SELECT * FROM c", 1},
@@ -341,10 +267,8 @@ TEST_F(TSqliteDataSetTest, TakesOneReadingStatement) {
   const std::pair<std::string, std::string> cases[] = {
       {"SELEC a FROM t",                      "near \"SELEC\": syntax error"                     },
       {"SELECT b FROM t",                     "no such column: b"                                },
-      {"SELECT a FROM u",                     "no such table: u"                                 },
       {"",                                    "it is empty; give one SELECT"                     },
       {" ; -- nothing",                       "it is empty; give one SELECT"                     },
-      {"SELECT a FROM t; SELECT 2",           "it holds more than one statement; give one SELECT"},
       {"SELECT a FROM t;; nonsense",          "it holds more than one statement; give one SELECT"},
       {"DELETE FROM t",                       "it would change the database; give one SELECT"    },
       {"INSERT INTO t VALUES(1) RETURNING a", "it would change the database; give one SELECT"    },
@@ -384,26 +308,18 @@ const char* const Dates =
     "ISO 8601 texts such as 2024-01-31 13:45:00, Unix seconds and Julian days";
 const TMisfitCase MisfitCases[] = {
     {"INT",          "'abc'",                   "\"abc\"",                  "whole numbers"    },
-    {"INT",          "''",                      "\"\"",                     "whole numbers"    },
     {"INTEGER",      "1.5",                     "1.5",                      "whole numbers"    },
-    {"BIGINT",       "9223372036854775808",     "9223372036854775808",      "whole numbers"    },
     {"SMALLINT",     "x'0102'",                 "a blob of 2 bytes",        "whole numbers"    },
     {"INT",          "'two' || char(10, 0, 9)", "\"two   \"",               "whole numbers"    },
     {"REAL",         "'1,5'",                   "\"1,5\"",                  "numbers"          },
-    {"REAL",         "'inf'",                   "\"inf\"",                  "numbers"          },
-    {"MONEY",        "'12 EUR'",                "\"12 EUR\"",               "numbers"          },
  // More digits than a double keeps: not cut silently.
     {"DECIMAL_TEXT", "'1234567890.123456789'",  "\"1234567890.123456789\"", "numbers"          },
     {"BOOLEAN",      "2",                       "2",                        Booleans           },
     {"BOOLEAN",      "'maybe'",                 "\"maybe\"",                Booleans           },
-    {"BOOLEAN",      "0.5",                     "0.5",                      Booleans           },
     {"DATE",         "'2023-02-29'",            "\"2023-02-29\"",           Dates              },
-    {"DATE",         "'31.01.2024'",            "\"31.01.2024\"",           Dates              },
     {"DATETIME",     "'2024-01-31 24:00:00'",   "\"2024-01-31 24:00:00\"",  Dates              },
-    {"DATETIME",     "1706708700000",           "1706708700000",            Dates              },
     {"DATETIME",     "-62135596801",            "-62135596801",             Dates              },
     {"DATETIME",     "5373484.5",               "5373484.5",                Dates              },
-    {"TIME",         "x''",                     "a blob of 0 bytes",        Dates              },
     {"TEXT",         "x'41'",                   "a blob of 1 bytes",        "texts and numbers"},
 };
 

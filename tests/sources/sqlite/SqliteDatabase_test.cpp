@@ -56,11 +56,6 @@ TEST(TSqliteDatabase, NamesTablesAndViewsInOrder) {
   EXPECT_EQ(names, "apple table, b v view, sqlitex table, Zebra table, ");
 }
 
-TEST(TSqliteDatabase, QuotesIdentifiers) {
-  EXPECT_EQ(TSqliteDatabase::QuoteIdentifier("order lines"), "\"order lines\"");
-  EXPECT_EQ(TSqliteDatabase::QuoteIdentifier("27\" wide"), "\"27\"\" wide\"");
-}
-
 const char* const Missing = "No such file or directory; check the path and the right to read it";
 const char* const NoFile = "it is a device or pipe; give a database file";
 const char* const NoDatabase =
