@@ -2,7 +2,7 @@
 //
 //   norva-micro                             times, by Google Benchmark and with its options
 //   norva-micro --benchmark_filter=Row
-//   norva-micro --list                      names, and how many iterations bench/instructions
+//   norva-micro --list                      names, and the iterations that bench/instructions
 //   counts norva-micro --count NAME ITERATIONS     runs one case so often, for tools that count
 //
 // Each iteration takes the next of a set of prepared values, so that neither the branch predictor
@@ -22,7 +22,12 @@
 #include <benchmark/benchmark.h>
 
 #include <norva/core/Norva.h>
+#include <norva/formats/database/Norvadbf.h>
+#include <norva/formats/database/Norvasql.h>
+#include <norva/formats/document/Norvahtml.h>
 #include <norva/formats/document/Norvalatex.h>
+#include <norva/formats/document/Norvartf.h>
+#include <norva/formats/document/Norvaxml.h>
 #include <norva/formats/spreadsheet/Norvaxls.h>
 #include <norva/formats/text/Norvaascii.h>
 #include <norva/formats/text/Norvaclipboard.h>
@@ -246,6 +251,13 @@ std::unique_ptr<TNorva> MakeASCII() {
   return exporter;
 }
 
+/// As tables need it: "null" is no date.
+std::unique_ptr<TNorva> MakeDBF() {
+  auto exporter = Make<TNorvaDBF>();
+  exporter->Formats.NullString.clear();
+  return exporter;
+}
+
 /// The formats: a record of every type of field. A new one is one row.
 constexpr std::pair<const char*, std::unique_ptr<TNorva> (*)()> Formats[] = {
     {"Row/txt",       MakeASCII<etTXT>     },
@@ -253,7 +265,12 @@ constexpr std::pair<const char*, std::unique_ptr<TNorva> (*)()> Formats[] = {
     {"Row/dif",       MakeASCII<etDIF>     },
     {"Row/sylk",      MakeASCII<etSYLK>    },
     {"Row/xls",       Make<TNorvaXLS>      },
+    {"Row/html",      Make<TNorvaHTML>     },
+    {"Row/xml",       Make<TNorvaXML>      },
+    {"Row/rtf",       Make<TNorvaRTF>      },
     {"Row/latex",     Make<TNorvaLaTeX>    },
+    {"Row/dbf",       MakeDBF              },
+    {"Row/sql",       Make<TNorvaSQL>      },
     {"Row/clipboard", Make<TNorvaClipboard>},
 };
 
