@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <typeinfo>
 #include <utility>
 
 #include <norva/core/Norvaconsts.h>
@@ -336,6 +337,8 @@ void TNorvaDBF::CheckName(std::string_view FieldName, int Index, std::vector<std
   }
   Names.emplace_back(FieldName);
 }
+
+bool TNorvaDBF::CopiesTexts() const { return typeid(*this) == typeid(TNorvaDBF); }
 
 void TNorvaDBF::BeforeExport() {
   TNorvaText::BeforeExport();

@@ -127,6 +127,7 @@ class NORVA_EXPORT TNorvaDBF : public TNorvaText {
   void BeginExport() override;
   /// The thread's decimal separator is a point from here on, until AfterExport or, after a failure,
   /// EndExport.
+  bool CopiesTexts() const override;
   void BeforeExport() override;
   void WriteDataRow() override;
   void AfterExport() override;

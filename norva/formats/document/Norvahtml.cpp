@@ -1,6 +1,7 @@
 #include <norva/formats/document/Norvahtml.h>
 
 #include <algorithm>
+#include <typeinfo>
 
 #include <norva/platform/CodePages.h>
 #include <norva/platform/FileNames.h>
@@ -261,6 +262,11 @@ void TNorvaHTML::AppendCell(int Index, bool NeedFormat, std::string& Text) {
   }
   Text.resize(start);
   NormalString(Cell_, Text);
+}
+
+// NormalString copies while GetColData fetches a cell, and besides it only the width pass does.
+bool TNorvaHTML::CopiesTexts() const {
+  return typeid(*this) == typeid(TNorvaHTML) && !AutoCalcColWidth;
 }
 
 TSpecialCharacters TNorvaHTML::GetSpecialCharacters() const {

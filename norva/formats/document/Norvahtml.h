@@ -117,6 +117,7 @@ class NORVA_EXPORT TNorvaHTML : public TNorvaFormatText {
   /// Attributes, `>` and content of a cell.
   void GetColData(int Index, bool NeedFormat, std::string& Text) override;
   TSpecialCharacters GetSpecialCharacters() const override;
+  bool CopiesTexts() const override;
   void NormalString(std::string_view S, std::string& Text) override;
   void AfterExport() override;
   void EndExport() override;
